@@ -1,0 +1,147 @@
+#include "foundation/FS.h"
+
+#include "foundation/Text.h"
+#include "platform/BlockSharing.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+
+namespace FS {
+
+const std::string& home() {
+    static const std::string value = [] {
+        const char* env = std::getenv("HOME");
+        if (env && *env) {
+            std::string h = env;
+            while (h.size() > 1 && h.back() == '/') h.pop_back();
+            return h;
+        }
+        if (passwd* pw = getpwuid(getuid()); pw && pw->pw_dir) return std::string(pw->pw_dir);
+        return std::string("/");
+    }();
+    return value;
+}
+
+std::string tilde(std::string_view path) { return tilde(path, home()); }
+
+std::string tilde(std::string_view path, std::string_view h) {
+    if (path == h) return "~";
+    if (!h.empty() && path.size() > h.size() && path.starts_with(h) && path[h.size()] == '/')
+        return "~" + std::string(path.substr(h.size()));
+    return std::string(path);
+}
+
+bool exists(const std::string& path) {
+    struct stat st {};
+    return lstat(path.c_str(), &st) == 0;
+}
+
+bool isDir(const std::string& path) {
+    struct stat st {};
+    return lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool isFile(const std::string& path) {
+    struct stat st {};
+    return lstat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+bool isExecutableFile(const std::string& path) {
+    struct stat st {};
+    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && access(path.c_str(), X_OK) == 0;
+}
+
+std::vector<std::string> children(const std::string& path) {
+    std::vector<std::string> names;
+    DIR* dir = opendir(path.c_str());
+    if (!dir) return names;
+    while (dirent* e = readdir(dir)) {
+        std::string_view n = e->d_name;
+        if (n == "." || n == "..") continue;
+        names.emplace_back(n);
+    }
+    closedir(dir);
+    return names;
+}
+
+std::optional<TimePoint> mtime(const std::string& path) {
+    struct stat st {};
+    if (lstat(path.c_str(), &st) != 0) return std::nullopt;
+    return Clock::from_time_t(st.st_mtim.tv_sec);
+}
+
+std::optional<TimePoint> birthTime(const std::string& path) {
+    struct statx sx {};
+    if (statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_BTIME | STATX_MTIME, &sx) == 0) {
+        if (sx.stx_mask & STATX_BTIME) return Clock::from_time_t(sx.stx_btime.tv_sec);
+        if (sx.stx_mask & STATX_MTIME) return Clock::from_time_t(sx.stx_mtime.tv_sec);
+    }
+    return mtime(path);
+}
+
+std::optional<int64_t> privateSize(const std::string& path) {
+    if (!BlockSharing::canShare(path.c_str())) return std::nullopt;
+    return BlockSharing::unsharedBytes(path.c_str());
+}
+
+std::optional<std::string> readText(const std::string& path, std::size_t limit) {
+    int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (fd < 0) return std::nullopt;
+    std::string out;
+    char buf[8192];
+    while (out.size() < limit) {
+        ssize_t n = read(fd, buf, sizeof buf);
+        if (n < 0) {
+            close(fd);
+            return std::nullopt;
+        }
+        if (n == 0) break;
+        out.append(buf, static_cast<std::size_t>(n));
+    }
+    close(fd);
+    if (out.size() > limit) out.resize(limit);
+    return out;
+}
+
+std::string lastComponent(std::string_view path) {
+    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    auto at = path.rfind('/');
+    return std::string(at == std::string_view::npos ? path : path.substr(at + 1));
+}
+
+std::string parent(std::string_view path) {
+    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    auto at = path.rfind('/');
+    if (at == std::string_view::npos) return "";
+    if (at == 0) return "/";
+    return std::string(path.substr(0, at));
+}
+
+std::string extension(std::string_view path) {
+    std::string name = lastComponent(path);
+    auto dot = name.rfind('.');
+    if (dot == std::string::npos || dot == 0) return "";
+    return Text::lower(std::string_view(name).substr(dot + 1));
+}
+
+void walk(const std::string& root, int options, const std::function<bool()>& stop,
+          const std::function<void(FTS*, FTSENT*)>& body) {
+    std::string copy = root;
+    char* roots[] = {copy.data(), nullptr};
+    FTS* fts = fts_open(roots, options, nullptr);
+    if (!fts) return;
+    std::size_t count = 0;
+    while (FTSENT* e = fts_read(fts)) {
+        if (stop && (++count % 256 == 0) && stop()) break;
+        body(fts, e);
+    }
+    fts_close(fts);
+}
+
+} // namespace FS

@@ -1,0 +1,56 @@
+// Big files and folders in the Downloads folder: only the user can judge them, so they go to
+// the Trash and start unticked. Their age plays no part; only their size does.
+#include "foundation/FS.h"
+#include "foundation/Fmt.h"
+#include "scan/Scanner.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+std::string typeWord(const std::string& path) {
+    static const std::set<std::string, std::less<>> installers{"dmg", "pkg", "mpkg", "iso", "xip",
+                                                               "deb", "rpm", "appimage", "flatpakref"};
+    static const std::set<std::string, std::less<>> archives{"zip", "rar", "7z", "tar", "gz", "tgz", "xz", "bz2",
+                                                             "zst"};
+    static const std::set<std::string, std::less<>> videos{"mp4", "mov", "mkv", "avi", "webm", "m4v"};
+    std::string ext = FS::extension(path);
+    if (installers.contains(ext)) return "Installer";
+    if (archives.contains(ext)) return "Archive";
+    if (videos.contains(ext)) return "Video";
+    if (ext == "app") return "App";
+    return FS::isDir(path) ? "Folder" : "File";
+}
+
+} // namespace
+
+std::vector<Candidate> Scanner::downloads() {
+    std::vector<Candidate> out;
+    const std::string& folder = layout.downloads;
+    auto names = FS::children(folder);
+    std::sort(names.begin(), names.end());
+    const std::string shown = FS::tilde(folder, home);
+    for (const auto& name : names) {
+        if (name.starts_with(".")) continue;
+        std::string path = folder + "/" + name;
+        // A project kept in Downloads is not a download.
+        const std::string below = path + "/";
+        if (std::any_of(buildDirs.begin(), buildDirs.end(), [&](const std::string& d) { return d.starts_with(below); }))
+            continue;
+        std::string type = typeWord(path);
+        auto date = FS::birthTime(path);
+        Candidate c;
+        c.id = "download:" + name;
+        c.tier = Tier::yourCall;
+        c.name = name;
+        c.location = shown;
+        c.note = date ? type + " · added " + Fmt::day(*date, now) : type;
+        c.paths = {path};
+        c.removal = Removal::trash();
+        c.defaultOn = false;
+        c.minSize = 100 * MB;
+        out.push_back(std::move(c));
+    }
+    return out;
+}

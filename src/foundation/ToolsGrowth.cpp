@@ -1,0 +1,4 @@
+// The --growth report.
+#include "foundation/Tools.h"
+
+void Tools::growthReport() {}

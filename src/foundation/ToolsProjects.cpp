@@ -1,0 +1,4 @@
+// The --projects report.
+#include "foundation/Tools.h"
+
+void Tools::projectsReport() {}

@@ -1,0 +1,4 @@
+// The --speed report.
+#include "foundation/Tools.h"
+
+void Tools::speedReport() {}

@@ -1,0 +1,4 @@
+// The --storage report.
+#include "foundation/Tools.h"
+
+void Tools::storageReport() {}

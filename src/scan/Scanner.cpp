@@ -2,6 +2,7 @@
 
 #include "foundation/FS.h"
 #include "foundation/Parallel.h"
+#include "platform/RunningApp.h"
 
 #include <chrono>
 
@@ -60,8 +61,11 @@ std::set<std::string> Scanner::npxInUse(const std::vector<std::vector<std::strin
 }
 
 std::vector<Scanner::RunningId> Scanner::runningApps() {
-    // Filled from the running-apps reading of the live monitor.
-    return {};
+    std::vector<RunningId> out;
+    std::set<std::string> seen; // two launches of one app name it once
+    for (const auto& [pid, app] : RunningApp::current())
+        if (app.bundleID && seen.insert(*app.bundleID).second) out.push_back({*app.bundleID, app.name});
+    return out;
 }
 
 int Scanner::checkedFolders() const {

@@ -1,0 +1,32 @@
+#include "platform/ExeImage.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string_view>
+
+namespace ExeImages {
+
+std::optional<ExeImage> of(int32_t pid) { return of("/proc", pid); }
+
+std::optional<ExeImage> of(const std::string& procRoot, int32_t pid) {
+    const std::string link = procRoot + "/" + std::to_string(pid) + "/exe";
+    char buf[4096];
+    ssize_t n = readlink(link.c_str(), buf, sizeof buf);
+    if (n <= 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
+    ExeImage image;
+    image.path.assign(buf, static_cast<std::size_t>(n));
+    constexpr std::string_view deleted = " (deleted)";
+    if (std::string_view(image.path).ends_with(deleted)) {
+        image.path.resize(image.path.size() - deleted.size());
+        image.stale = true;
+        return image;
+    }
+    // The link itself resolves to the running image; the path to whatever lies there now.
+    struct stat running {}, onDisk {};
+    if (stat(link.c_str(), &running) != 0 || stat(image.path.c_str(), &onDisk) != 0) return std::nullopt;
+    image.stale = running.st_ino != onDisk.st_ino || running.st_dev != onDisk.st_dev;
+    return image;
+}
+
+} // namespace ExeImages

@@ -1,0 +1,135 @@
+#include "platform/linux/ProcReader.h"
+
+#include "foundation/FS.h"
+#include "platform/linux/AppUnits.h"
+#include "platform/linux/ProcText.h"
+
+#include <dirent.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <map>
+#include <optional>
+#include <tuple>
+
+namespace ProcReader {
+
+namespace {
+
+std::optional<std::string> readLink(const std::string& path) {
+    char buf[4096];
+    ssize_t n = readlink(path.c_str(), buf, sizeof buf);
+    if (n < 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
+    return std::string(buf, static_cast<std::size_t>(n));
+}
+
+std::optional<int32_t> pidName(const char* name) {
+    if (!*name) return std::nullopt;
+    int64_t v = 0;
+    for (const char* c = name; *c; ++c) {
+        if (*c < '0' || *c > '9') return std::nullopt;
+        v = v * 10 + (*c - '0');
+        if (v > INT32_MAX) return std::nullopt;
+    }
+    if (v <= 0) return std::nullopt;
+    return static_cast<int32_t>(v);
+}
+
+std::optional<uint64_t> liveCpuNanos(int32_t pid) {
+    clockid_t clock{};
+    if (clock_getcpuclockid(pid, &clock) != 0) return std::nullopt;
+    timespec ts{};
+    if (clock_gettime(clock, &ts) != 0) return std::nullopt;
+    return static_cast<uint64_t>(ts.tv_sec) * 1'000'000'000ULL + static_cast<uint64_t>(ts.tv_nsec);
+}
+
+} // namespace
+
+std::vector<Entry> read(const std::string& procRoot, const Options& options) {
+    std::vector<Entry> out;
+    DIR* dir = opendir(procRoot.c_str());
+    if (!dir) return out;
+    const long ticks = options.ticksPerSecond > 0 ? options.ticksPerSecond : 100;
+    while (dirent* e = readdir(dir)) {
+        auto pid = pidName(e->d_name);
+        if (!pid || *pid == options.self) continue;
+        const std::string base = procRoot + "/" + e->d_name;
+
+        // The owner first: most of a foreign process costs nothing more.
+        auto statusText = FS::readText(base + "/status", 1 << 16);
+        if (!statusText) continue;
+        auto status = ProcText::status(*statusText);
+        if (!status.uid || *status.uid != options.uid) continue;
+
+        auto statText = FS::readText(base + "/stat", 4096);
+        if (!statText) continue;
+        auto stat = ProcText::stat(*statText);
+        if (!stat || (stat->flags & ProcText::kernelThreadFlag)) continue;
+
+        Entry entry;
+        ProcRecord& r = entry.record;
+        r.pid = *pid;
+        r.ppid = stat->ppid;
+        r.name = stat->name;
+        if (auto exe = readLink(base + "/exe")) {
+            constexpr std::string_view deleted = " (deleted)";
+            if (std::string_view(*exe).ends_with(deleted)) exe->resize(exe->size() - deleted.size());
+            r.exe = std::move(*exe);
+        }
+        // Start ticks and btime are both whole numbers, so the same process gives the same
+        // start in every snapshot: that is what tells a re-used pid apart.
+        r.start = addSeconds(Clock::from_time_t(static_cast<std::time_t>(options.bootSeconds)),
+                             static_cast<double>(stat->startTicks) / static_cast<double>(ticks));
+        std::optional<uint64_t> nanos = options.liveClock ? liveCpuNanos(*pid) : std::nullopt;
+        r.cpuNanos = nanos ? *nanos : (stat->utime + stat->stime) * (1'000'000'000ULL / static_cast<uint64_t>(ticks));
+        r.footprint = status.rssAnon + status.vmSwap;
+        r.responsible = *pid;
+        if (auto cg = FS::readText(base + "/cgroup", 1 << 16))
+            if (auto path = ProcText::cgroupPath(*cg)) entry.cgroup = std::move(*path);
+        out.push_back(std::move(entry));
+    }
+    closedir(dir);
+    return out;
+}
+
+RunningApps attachApps(std::vector<Entry>& entries, const AppBundles& bundles) {
+    // Processes of one launch share their unit and usually their program: decide each pair once.
+    std::map<std::pair<std::string, std::string>, std::optional<AppUnits::Membership>> decided;
+    std::map<std::string, std::vector<std::size_t>> groups;
+    std::map<std::string, AppUnits::Membership> memberships;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        auto& e = entries[i];
+        auto key = std::make_pair(e.cgroup, e.record.exe);
+        auto it = decided.find(key);
+        if (it == decided.end()) it = decided.emplace(key, AppUnits::membership(e.cgroup, e.record.exe, bundles)).first;
+        if (!it->second) continue;
+        groups[it->second->group].push_back(i);
+        memberships.emplace(it->second->group, *it->second);
+    }
+
+    RunningApps apps;
+    for (const auto& [group, members] : groups) {
+        std::size_t oldest = members.front();
+        for (std::size_t i : members) {
+            const auto& r = entries[i].record;
+            const auto& o = entries[oldest].record;
+            if (std::tie(r.start, r.pid) < std::tie(o.start, o.pid)) oldest = i;
+        }
+        const auto& m = memberships.at(group);
+        const int32_t lead = entries[oldest].record.pid;
+        for (std::size_t i : members) {
+            entries[i].record.responsible = lead;
+            entries[i].record.group = m.entry.path;
+        }
+        RunningApp app;
+        app.pid = lead;
+        app.bundlePath = m.entry.path;
+        app.bundleID = m.entry.id;
+        app.name = RunningApp::trimName(m.entry.displayName());
+        app.accessory = m.entry.noDisplay || m.autostart;
+        apps.emplace(lead, std::move(app));
+    }
+    return apps;
+}
+
+} // namespace ProcReader

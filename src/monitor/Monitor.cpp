@@ -24,8 +24,8 @@ struct Taken {
 
 } // namespace
 
-Monitor::Monitor(Host* host, const ProbeSource& probe, const Layout& layout, const AppBundles& bundles)
-    : host(host), probe(probe), layout(layout), bundles(bundles) {}
+Monitor::Monitor(Host* host, const ProbeSource& probe, Layout layout, const AppBundles& bundles)
+    : host(host), probe(probe), layout(std::move(layout)), bundles(bundles) {}
 
 void Monitor::start() {
     reschedule();

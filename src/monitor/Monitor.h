@@ -46,7 +46,7 @@ public:
     };
 
     explicit Monitor(Host* host = nullptr, const ProbeSource& probe = ProbeSource::live(),
-                     const Layout& layout = Layout::host(), const AppBundles& bundles = AppBundles::system());
+                     Layout layout = Layout::host(), const AppBundles& bundles = AppBundles::system());
 
     // Observed by the views.
     Vitals vitals;
@@ -112,7 +112,7 @@ private:
 
     Host* host;
     const ProbeSource& probe;
-    const Layout& layout;
+    const Layout layout; // a copy: the monitor may outlive the layout it was given
     const AppBundles& bundles;
 
     std::optional<Snapshot> snapshot;

@@ -2,34 +2,43 @@
 
 namespace {
 
-const std::set<std::string, std::less<>> runtimeNames = {
+// Functions rather than globals: layouts are built during static initialisation elsewhere.
+std::set<std::string, std::less<>> runtimeNames() {
+    return {
     "node", "bun",  "deno", "python", "python3", "Python", "ruby",     "php",  "java",  "esbuild", "tsx", "ts-node", "npm",
     "npx",  "pnpm", "yarn", "wrangler", "vite",  "next-server", "turbo", "uv", "go",    "cargo",   "air", "nodemon"};
+}
 
-const std::set<std::string, std::less<>> keptOnBoth = {
+std::set<std::string, std::less<>> keptOnBoth() {
+    return {
     "com.anthropic.claudefordesktop", "com.apple.finder",       "com.apple.Terminal",       "com.googlecode.iterm2",
     "com.mitchellh.ghostty",          "dev.warp.Warp-Stable",   "dev.zed.Zed",              "com.apple.dt.Xcode",
     "com.microsoft.VSCode",           "com.microsoft.VSCodeInsiders", "com.todesktop.230313mzl4w4u92",
     "com.exafunction.windsurf",       "app.sorrelin.Sorrelin",  "com.apple.ActivityMonitor"};
+}
 
-const std::map<std::string, std::string, std::less<>> friendlyOnMac = {
+std::map<std::string, std::string, std::less<>> friendlyOnMac() {
+    return {
     {"com.microsoft.VSCodeInsiders", "VS Code Insiders"},
     {"com.microsoft.VSCode", "VS Code"},
     {"com.todesktop.230313mzl4w4u92", "Cursor"},
     {"com.github.GitHubClient", "GitHub Desktop"},
     {"com.apple.systempreferences", "System Settings"}};
+}
 
-const std::map<std::string, std::string, std::less<>> chromiumFamilyOnMac = {
+std::map<std::string, std::string, std::less<>> chromiumFamilyOnMac() {
+    return {
     {"com.google.Chrome", ""},         {"com.google.Chrome.beta", ""}, {"com.microsoft.edgemac", ""},
     {"com.brave.Browser", ""},         {"company.thebrowser.Browser", ""}, {"com.vivaldi.Vivaldi", ""},
     {"org.chromium.Chromium", ""}};
+}
 
 } // namespace
 
 MonitorTables MonitorTables::forLinux(const Places& places) {
     MonitorTables t;
     const std::string& home = places.home;
-    t.runtimes = runtimeNames;
+    t.runtimes = runtimeNames();
     t.runtimeNamePrefixes = {"python3."};
     t.runtimePaths = {home + "/.nvm/",         home + "/.bun/",          home + "/.deno/",
                       home + "/.cargo/",       home + "/.local/bin/",    home + "/.volta/",
@@ -52,7 +61,7 @@ MonitorTables MonitorTables::forLinux(const Places& places) {
                   {"systemsettings", "System Settings"},
                   {"org.kde.systemsettings", "System Settings"}};
 
-    t.kept = keptOnBoth;
+    t.kept = keptOnBoth();
     t.kept.insert({// terminals
                    "org.gnome.Terminal", "org.gnome.Console", "org.gnome.Ptyxis", "org.kde.konsole", "konsole",
                    "xterm", "kitty", "Alacritty", "com.mitchellh.ghostty", "org.wezfurlong.wezterm", "dev.warp.Warp",
@@ -101,7 +110,7 @@ MonitorTables MonitorTables::forLinux(const Places& places) {
 MonitorTables MonitorTables::forMacos(const Places& places) {
     MonitorTables t;
     const std::string& home = places.home;
-    t.runtimes = runtimeNames;
+    t.runtimes = runtimeNames();
     t.runtimeNamePrefixes = {"python3."};
     t.runtimePaths = {home + "/.nvm/",   home + "/.bun/",   home + "/.deno/",        home + "/.cargo/",
                       home + "/.local/bin/", home + "/.volta/", home + "/Library/pnpm/", "/opt/homebrew/Cellar/node",
@@ -114,12 +123,12 @@ MonitorTables MonitorTables::forMacos(const Places& places) {
     t.claudeId = "com.anthropic.claudefordesktop";
     t.claudePath = "/Applications/Claude.app";
     t.claudeSupportPiece = "/Application Support/Claude/";
-    t.friendly = friendlyOnMac;
-    t.kept = keptOnBoth;
+    t.friendly = friendlyOnMac();
+    t.kept = keptOnBoth();
     t.keptPrefixes = {"app.sorrelin."};
     t.systemBundlePrefixes = {"/System/Library/", "/Library/Apple/"};
     t.nothingToSave = {"com.apple.systempreferences", "com.apple.ActivityMonitor", "com.apple.AppStore",
                        "com.apple.Passwords", "com.apple.findmy", "com.apple.weather", "com.apple.stocks"};
-    t.browsers = chromiumFamilyOnMac;
+    t.browsers = chromiumFamilyOnMac();
     return t;
 }

@@ -156,6 +156,28 @@ TEST(ProcReader, ProcessesJoinTheirApps) {
     EXPECT_EQ(find(entries, 802)->group, "");
     EXPECT_EQ(find(entries, 802)->responsible, 802);
     EXPECT_EQ(find(entries, 950)->responsible, 950);
+
+    // The window with the keyboard belongs to a helper of the file manager: the app is front.
+    ProcReader::markFront(running, entries, 300);
+    EXPECT_TRUE(running.at(301).active);
+    EXPECT_EQ(std::count_if(running.begin(), running.end(), [](const auto& a) { return a.second.active; }), 1);
+}
+
+TEST(ProcReader, FrontThroughTheParentChain) {
+    TempTree t;
+    FakeAppBundles apps;
+    apps.add("foo", "Foo", "/opt/Foo/foo");
+    write(t, {.pid = 10, .name = "foo", .uid = 1000, .exe = "/opt/Foo/foo"});
+    write(t, {.pid = 11, .ppid = 10, .name = "foo-gpu", .uid = 1000, .exe = "/opt/Foo/gpu"});
+    write(t, {.pid = 12, .ppid = 1, .name = "xterm", .uid = 1000, .exe = "/usr/bin/xterm"});
+    auto entries = ProcReader::read(t.root(), options(1000));
+    auto running = ProcReader::attachApps(entries, apps);
+    ProcReader::markFront(running, entries, 11);
+    EXPECT_TRUE(running.at(10).active);
+    running.at(10).active = false;
+    ProcReader::markFront(running, entries, 12); // a window of no app: nothing is front
+    ProcReader::markFront(running, entries, 99); // a pid we don't know
+    EXPECT_FALSE(running.at(10).active);
 }
 
 TEST(ProcPorts, ListeningPortsByTheProcessSockets) {

@@ -8,6 +8,7 @@
 #include "platform/linux/ProcReader.h"
 #include "platform/linux/ProcText.h"
 #include "platform/linux/SystemReader.h"
+#include "platform/linux/X11Front.h"
 
 #include <unistd.h>
 
@@ -55,7 +56,9 @@ const ProbeSource& ProbeSource::live() {
 
 RunningApps RunningApp::current() {
     auto entries = ProcReader::read("/proc", readOptions(false));
-    return ProcReader::attachApps(entries, BundleMemo::system());
+    auto apps = ProcReader::attachApps(entries, BundleMemo::system());
+    if (auto front = X11Front::activePid()) ProcReader::markFront(apps, entries, *front);
+    return apps;
 }
 
 namespace Probe {

@@ -132,4 +132,20 @@ RunningApps attachApps(std::vector<Entry>& entries, const AppBundles& bundles) {
     return apps;
 }
 
+void markFront(RunningApps& apps, const std::vector<Entry>& entries, int32_t frontPid) {
+    std::map<int32_t, const ProcRecord*> byPid;
+    for (const auto& e : entries) byPid.emplace(e.record.pid, &e.record);
+    int32_t pid = frontPid;
+    for (int step = 0; step < 40 && pid > 1; ++step) {
+        auto it = byPid.find(pid);
+        if (it == byPid.end()) return;
+        const ProcRecord& r = *it->second;
+        if (!r.group.empty()) {
+            if (auto app = apps.find(r.responsible); app != apps.end()) app->second.active = true;
+            return;
+        }
+        pid = r.ppid;
+    }
+}
+
 } // namespace ProcReader

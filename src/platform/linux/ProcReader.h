@@ -32,4 +32,8 @@ struct Options {
 // the oldest process of each group.
 RunningApps attachApps(std::vector<Entry>& entries, const AppBundles& bundles);
 
+// Marks as active the app whose group holds `frontPid`, or the app of its nearest ancestor
+// that has one (a window may belong to a helper process).
+void markFront(RunningApps& apps, const std::vector<Entry>& entries, int32_t frontPid);
+
 } // namespace ProcReader

@@ -93,9 +93,10 @@ int64_t physicalMemory() {
 
 std::vector<int32_t> allPids() {
     std::vector<int32_t> pids;
-    for (const auto& name : FS::children("/proc"))
-        if (auto n = ProcText::number(name); n && *n > 0 && *n <= INT32_MAX && name.find_first_not_of("0123456789") == std::string::npos)
-            pids.push_back(static_cast<int32_t>(*n));
+    for (const auto& name : FS::children("/proc")) {
+        if (name.empty() || name.find_first_not_of("0123456789") != std::string::npos) continue;
+        if (auto n = ProcText::number(name); n && *n > 0 && *n <= INT32_MAX) pids.push_back(static_cast<int32_t>(*n));
+    }
     return pids;
 }
 

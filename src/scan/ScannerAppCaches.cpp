@@ -6,6 +6,7 @@
 #include "scan/Scanner.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>

@@ -111,6 +111,7 @@ private:
     void collectChromium(const std::string& folder, int depth, std::vector<std::string>& into) const;
     [[nodiscard]] std::optional<Candidate> userCache(const std::string& folder, const std::string& name) const;
     [[nodiscard]] std::optional<Candidate> flatpakCache(const std::string& appId) const;
+    [[nodiscard]] std::optional<Candidate> snapCache(const std::string& snap) const;
     [[nodiscard]] std::optional<Candidate> supportCache(const std::string& folder, const std::string& name,
                                                         const std::string& id, std::vector<std::string> appIds) const;
 

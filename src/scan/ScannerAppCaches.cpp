@@ -223,6 +223,35 @@ std::optional<Candidate> Scanner::flatpakCache(const std::string& appId) const {
     return c;
 }
 
+std::optional<Candidate> Scanner::snapCache(const std::string& snap) const {
+    // A snap's own XDG cache; the folder stays, as with a sandboxed app.
+    std::string folder = layout.scan.snapApps + "/" + snap + "/common/.cache";
+    if (!FS::isDir(folder)) return std::nullopt;
+    std::vector<std::string> paths;
+    for (const auto& name : sortedChildren(folder))
+        if (!name.starts_with(".")) paths.push_back(folder + "/" + name);
+    if (paths.empty()) return std::nullopt;
+    // The desktop id of a snap's main app is "<snap>_<snap>".
+    const std::string appId = snap + "_" + snap;
+    const auto& names = layout.scan.appNames;
+    auto known = names.find(snap);
+    std::string word = known != names.end() ? known->second : appName(appId).value_or(upperFirst(snap));
+    Staleness s = kind({appId}, folder);
+    Candidate c;
+    c.id = "cache:snap:" + snap;
+    c.tier = Tier::safe;
+    c.name = word + " cache";
+    c.location = FS::tilde(folder, home);
+    c.note = "Rebuilt as you use " + word + (runs({appId}) ? " · open now" : "");
+    c.paths = std::move(paths);
+    c.removal = Removal::deleteForGood();
+    c.defaultOn = true;
+    c.reveal = {folder};
+    c.cacheKind = s.kind;
+    c.lastUsed = s.date;
+    return c;
+}
+
 std::vector<Candidate> Scanner::userCaches() {
     const auto& t = layout.scan;
     // Where the user caches are the XDG cache too, model folders are offered by the XDG rule.
@@ -244,6 +273,9 @@ std::vector<Candidate> Scanner::userCaches() {
     if (!t.flatpakApps.empty())
         for (const auto& appId : sortedChildren(t.flatpakApps))
             if (auto c = flatpakCache(appId)) out.push_back(std::move(*c));
+    if (!t.snapApps.empty())
+        for (const auto& snap : sortedChildren(t.snapApps))
+            if (auto c = snapCache(snap)) out.push_back(std::move(*c));
     return out;
 }
 

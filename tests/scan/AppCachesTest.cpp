@@ -66,10 +66,6 @@ TEST(MacAppCaches, BundleIdFoldersAreJudgedByTheirApp) {
     EXPECT_EQ(gone->note, "Rebuilt as you use the app");
     EXPECT_EQ(gone->cacheKind, CacheKind::orphan);
     EXPECT_FALSE(gone->lastUsed);
-    EXPECT_EQ(gone->location, "~/Library/Caches/com.acme.Tool");
-    EXPECT_EQ(gone->tier, Tier::safe);
-    EXPECT_TRUE(gone->defaultOn);
-    EXPECT_TRUE(gone->removal.isDelete());
 
     const Candidate* update = withId(list, "cache:com.acme.Tool.ShipIt");
     EXPECT_EQ(update->name, "Tool update files");
@@ -393,40 +389,50 @@ TEST(LinuxAppCaches, RunningAppsMatchByDesktopIdAndName) {
     EXPECT_EQ(notes->lastUsed, h.apps.used["heynote"]);
 }
 
-TEST(LinuxAppCaches, FlatpakAppsKeepCachesOfTheirOwn) {
+TEST(LinuxAppCaches, SandboxedAppsKeepCachesOfTheirOwn) {
     LinuxHome h;
     chromiumProfile(h.t, ".var/app/com.discordapp.Discord/config/discord");
     h.t.file(".var/app/com.discordapp.Discord/cache/fontconfig/x", 10);
     h.t.file(".var/app/com.discordapp.Discord/cache/tmp/y", 10);
     h.t.dir(".var/app/org.empty.App/cache");
     h.t.file(".var/app/org.gone.Viewer/cache/thumbs/z", 10);
+    h.t.file("snap/firefox/common/.cache/mozilla/x", 10);
+    h.t.file(".cache/mozilla/y", 10);
     h.apps.install("com.discordapp.Discord", "Discord");
-    // The native app runs, not the Flatpak: the Flatpak's folders are judged on their own.
-    auto s = h.scanner({{"discord", "Discord app"}});
+    h.apps.install("firefox_firefox", "Firefox");
+    // The native Discord runs, not the Flatpak: the Flatpak's folders are judged on their own.
+    auto s = h.scanner({{"discord", "Discord app"}, {"firefox_firefox", "Firefox"}});
     auto caches = ScannerTestAccess::userCaches(s);
     auto support = ScannerTestAccess::appCaches(s);
-    EXPECT_EQ(idsOf(caches), (std::vector<std::string>{"cache:flatpak:com.discordapp.Discord",
-                                                       "cache:flatpak:org.gone.Viewer"}));
+    EXPECT_EQ(idsOf(caches), (std::vector<std::string>{"cache:mozilla", "cache:flatpak:com.discordapp.Discord",
+                                                       "cache:flatpak:org.gone.Viewer", "cache:snap:firefox"}));
     const Candidate* discord = withId(caches, "cache:flatpak:com.discordapp.Discord");
     const std::string folder = h.t.path(".var/app/com.discordapp.Discord/cache");
     EXPECT_EQ(discord->name, "Discord cache");
+    // What is in the cache folder goes; the folder, which the sandbox made, stays.
     EXPECT_EQ(discord->paths, (std::vector<std::string>{folder + "/fontconfig", folder + "/tmp"}));
     EXPECT_EQ(discord->reveal, std::vector<std::string>{folder});
-    EXPECT_EQ(discord->location, "~/.var/app/com.discordapp.Discord/cache");
     EXPECT_EQ(withId(caches, "cache:flatpak:org.gone.Viewer")->name, "Viewer cache");
     EXPECT_EQ(withId(caches, "cache:flatpak:org.gone.Viewer")->cacheKind, CacheKind::orphan);
+    const Candidate* snap = withId(caches, "cache:snap:firefox");
+    EXPECT_EQ(snap->name, "Firefox cache");
+    EXPECT_EQ(snap->note, "Rebuilt as you use Firefox · open now");
 
     ASSERT_EQ(support.size(), 1u);
     EXPECT_EQ(support[0].id, "appcache:com.discordapp.Discord/discord");
     EXPECT_EQ(support[0].name, "Discord cache");
-    EXPECT_NE(support[0].cacheKind, CacheKind::orphan);
+    EXPECT_EQ(support[0].note, "Rebuilt as you use Discord");
 
     std::vector<Candidate> all = caches;
     all.insert(all.end(), support.begin(), support.end());
     auto merged = Scanner::mergeSameApp(all, s.layout.mergedLocation);
-    ASSERT_EQ(merged.size(), 2u);
-    EXPECT_EQ(merged[0].paths.size(), 2u + support[0].paths.size());
-    EXPECT_EQ(merged[0].reveal.front(), folder);
+    EXPECT_EQ(idsOf(merged), (std::vector<std::string>{"cache:mozilla", "cache:flatpak:com.discordapp.Discord",
+                                                       "cache:flatpak:org.gone.Viewer"}));
+    // Firefox's two caches: the open note of the snap wins; both folders stay revealable.
+    EXPECT_EQ(merged[0].note, "Rebuilt as you use Firefox · open now");
+    EXPECT_EQ(merged[0].reveal, (std::vector<std::string>{h.t.path(".cache/mozilla"),
+                                                          h.t.path("snap/firefox/common/.cache")}));
+    EXPECT_EQ(merged[1].paths.size(), 2u + support[0].paths.size());
 }
 
 TEST(LinuxAppCaches, ProgramsOwnFoldersAreNeverOffered) {

@@ -137,9 +137,6 @@ TEST(BuildFolderProjects, RootsGroupUnderGit) {
     EXPECT_EQ(a.paths, (Paths{h.t.path("Documents/a/b/c/node_modules"), h.t.path("Documents/a/node_modules"),
                               h.t.path("Documents/a/web/.next"), h.t.path("Documents/a/web/.vercel/output")}));
     EXPECT_EQ(a.reveal, a.paths);
-    EXPECT_EQ(a.tier, Tier::rebuildable);
-    EXPECT_TRUE(a.removal.isDelete());
-    EXPECT_EQ(a.minSize, 20 * MB);
     EXPECT_FALSE(a.lockedReason);
 
     // A deploy output belongs to the project that holds its hidden folder.

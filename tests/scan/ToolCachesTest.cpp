@@ -106,7 +106,6 @@ TEST(ToolCaches, RowsComeInTheirOrderWithTheirTiers) {
 
     const Candidate* store = withId(list, "pnpm-store:" + h.t.path(".pnpm-store"));
     EXPECT_EQ(store->name, "pnpm package store");
-    EXPECT_EQ(store->minSize, 20 * MB);
     EXPECT_FALSE(store->cacheKind);
 
     // Logs: what is in the folder goes, never the folder.
@@ -115,13 +114,11 @@ TEST(ToolCaches, RowsComeInTheirOrderWithTheirTiers) {
                                                      h.t.path("Library/Logs/app.log")}));
     EXPECT_EQ(logs->reveal, std::vector<std::string>{h.t.path("Library/Logs")});
     EXPECT_EQ(logs->cacheKind, CacheKind::leftover);
-    EXPECT_EQ(logs->minSize, 50 * MB);
 
     const Candidate* models = withId(list, "models:huggingface");
     EXPECT_EQ(models->tier, Tier::yourCall);
     EXPECT_TRUE(models->removal.isTrash());
     EXPECT_FALSE(models->defaultOn);
-    EXPECT_EQ(models->minSize, 100 * MB);
     EXPECT_FALSE(models->cacheKind);
     const Candidate* uv = withId(list, "xdg:uv");
     EXPECT_EQ(uv->name, "uv cache");
@@ -209,7 +206,6 @@ TEST(DeveloperData, XcodeRowsAndDeviceSupportUse) {
     auto s = h.scanner();
     auto list = ScannerTestAccess::developerData(s);
     EXPECT_EQ(idsOf(list), (std::vector<std::string>{"xcode-derived", "device-support", "xcode-archives", "simulators"}));
-    for (const auto& c : list) EXPECT_EQ(c.minSize, 20 * MB);
 
     const Candidate* derived = withId(list, "xcode-derived");
     EXPECT_EQ(derived->cacheKind, CacheKind::active);

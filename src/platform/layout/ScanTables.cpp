@@ -283,7 +283,7 @@ ScanTables ScanTables::forLinux(const Places& p) {
         {"thumbnails", {"Picture thumbnails", "Made again as you browse your files", {}}},
         {"mesa_shader_cache", {"Graphics shader cache", "Rebuilt as apps draw", {}}},
         {"mesa_shader_cache_db", {"Graphics shader cache", "Rebuilt as apps draw", {}}},
-        {"nvidia", {"Graphics shader cache", "Rebuilt as apps draw", {}}},
+        {"nvidia", {"NVIDIA shader cache", "Rebuilt as apps draw", {}}},
     };
     for (const auto& [name, title] : t.xdgNames)
         if (!t.knownCaches.contains(name)) t.knownCaches[name] = {title, again, {}};
@@ -362,6 +362,7 @@ ScanTables ScanTables::forLinux(const Places& p) {
                            "xsettingsd", "git",    "gh",          "mozilla"};
     t.ownFolders = {p.caches + "/sorrelin", p.configHome + "/sorrelin", p.supportDir};
     t.flatpakApps = p.containers;
+    t.snapApps = p.snapApps;
     // Desktop names ("Google Chrome", "Visual Studio Code") seldom stand in the folder names.
     t.matchSupportByAppId = true;
     t.appFileSuffix = ".desktop";

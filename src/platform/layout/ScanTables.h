@@ -72,6 +72,7 @@ struct ScanTables {
     bool matchSupportByAppId = false;                 // an app-support folder is open when its app id runs
     Names ownFolders;                                 // the program's own folders, never offered
     std::string flatpakApps;                          // per-app folders with config/ and cache/; empty on macOS
+    std::string snapApps;                             // per-snap folders with common/.cache; empty on macOS
     std::string appFileSuffix;                        // file name ending of an installed app in applicationDirs
 
     // ---- Tool caches ----

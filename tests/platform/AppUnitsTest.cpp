@@ -22,6 +22,13 @@ TEST(AppUnits, GnomeScopesUnescapeAfterSplitting) {
     EXPECT_EQ(ids("app-gnome-org.gnome.Terminal\\x2dPreferences-99.scope")[0], "org.gnome.Terminal-Preferences");
 }
 
+TEST(AppUnits, LaunchPidOfAScope) {
+    EXPECT_EQ(AppUnits::parse("app-gnome-org.gnome.Nautilus-4242.scope")->launchPid, 4242);
+    EXPECT_EQ(AppUnits::parse("app-flatpak-org.mozilla.firefox-12345.scope")->launchPid, 12345);
+    EXPECT_FALSE(AppUnits::parse("app-org.kde.dolphin-8d0e5c1f04a04f5c9d6fd3c2b2a0f1e7.scope")->launchPid);
+    EXPECT_FALSE(AppUnits::parse("app-org.kde.konsole@123.service")->launchPid);
+}
+
 TEST(AppUnits, KdeServicesAndScopes) {
     EXPECT_EQ(ids("app-org.kde.konsole@3f2a9c.service"), std::vector<std::string>{"org.kde.konsole"});
     EXPECT_EQ(ids("app-org.kde.dolphin-8d0e5c1f04a04f5c9d6fd3c2b2a0f1e7.scope")[0], "org.kde.dolphin");

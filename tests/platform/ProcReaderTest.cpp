@@ -117,8 +117,8 @@ TEST(ProcReader, ProcessesJoinTheirApps) {
     apps.add("org.kde.kdeconnect.daemon", "KDE Connect");
 
     const std::string files = userApps + "app-gnome-org.gnome.Nautilus-300.scope";
-    write(t, {.pid = 300, .name = "nautilus", .uid = 1000, .cgroup = files, .startTicks = 50});
-    write(t, {.pid = 301, .name = "nautilus-helper", .uid = 1000, .cgroup = files, .startTicks = 10}); // older
+    write(t, {.pid = 300, .name = "nautilus", .uid = 1000, .cgroup = files, .startTicks = 50}); // the launched one
+    write(t, {.pid = 301, .name = "nautilus-helper", .uid = 1000, .cgroup = files, .startTicks = 10});
     write(t, {.pid = 400, .name = "konsole", .uid = 1000, .cgroup = userApps + "app-org.kde.konsole@9a8b.service"});
     write(t, {.pid = 500, .name = "firefox", .uid = 1000, .cgroup = userApps + "app-flatpak-org.mozilla.firefox-500.scope"});
     write(t, {.pid = 501, .name = "Web Content", .uid = 1000, .cgroup = userApps + "app-flatpak-org.mozilla.firefox-500.scope"});
@@ -131,6 +131,18 @@ TEST(ProcReader, ProcessesJoinTheirApps) {
     write(t, {.pid = 900, .name = "kdeconnectd", .uid = 1000,
               .cgroup = userApps + "app-org.kde.kdeconnect.daemon@autostart.service"});
     write(t, {.pid = 950, .name = "bash", .uid = 1000, .exe = "/usr/bin/bash"});
+    // An editor that quit and left a dev server in its scope: no app any more.
+    write(t, {.pid = 4010, .name = "node", .uid = 1000, .exe = "/usr/bin/node", .cgroup = userApps + "app-gnome-code-4000.scope"});
+    apps.add("code", "Visual Studio Code", "/usr/share/code/code");
+    // A terminal's slice: the server's service is the app, not the shells in their scopes.
+    const std::string slice = userApps + "app-org.gnome.Terminal.slice/";
+    apps.add("org.gnome.Terminal", "Terminal");
+    write(t, {.pid = 5000, .name = "bash", .uid = 1000, .exe = "/usr/bin/bash", .cgroup = slice + "vte-spawn-a1.scope", .startTicks = 5});
+    write(t, {.pid = 5001, .name = "gnome-terminal-", .uid = 1000, .cgroup = slice + "gnome-terminal-server.service", .startTicks = 7});
+    // The same with the server gone: what is left is no app.
+    const std::string gone = userApps + "app-org.gnome.Console.slice/";
+    apps.add("org.gnome.Console", "Console");
+    write(t, {.pid = 6000, .name = "node", .uid = 1000, .exe = "/usr/bin/node", .cgroup = gone + "vte-spawn-b2.scope"});
 
     auto entries = ProcReader::read(t.root(), options(1000));
     auto running = ProcReader::attachApps(entries, apps);
@@ -138,18 +150,23 @@ TEST(ProcReader, ProcessesJoinTheirApps) {
     // One running app per group: its oldest process, the lower pid on a tie.
     std::vector<int> leads;
     for (const auto& [pid, app] : running) leads.push_back(pid);
-    EXPECT_EQ(leads, (std::vector<int>{301, 400, 500, 600, 700, 800, 900}));
+    EXPECT_EQ(leads, (std::vector<int>{300, 400, 500, 600, 700, 800, 900, 5001}));
 
-    EXPECT_EQ(running.at(301).name, "Files"); // direction mark and blank trimmed
-    EXPECT_EQ(running.at(301).bundlePath, "/apps/org.gnome.Nautilus.desktop");
-    EXPECT_EQ(running.at(301).bundleID, "org.gnome.Nautilus");
-    EXPECT_FALSE(running.at(301).accessory);
-    EXPECT_FALSE(running.at(301).active);
+    EXPECT_EQ(running.at(300).name, "Files"); // direction mark and blank trimmed
+    EXPECT_EQ(running.at(300).bundlePath, "/apps/org.gnome.Nautilus.desktop");
+    EXPECT_EQ(running.at(300).bundleID, "org.gnome.Nautilus");
+    EXPECT_FALSE(running.at(300).accessory);
+    EXPECT_FALSE(running.at(300).active);
     EXPECT_EQ(running.at(700).bundleID, "google-chrome");
     EXPECT_TRUE(running.at(900).accessory); // started by autostart
 
-    EXPECT_EQ(find(entries, 300)->responsible, 301);
-    EXPECT_EQ(find(entries, 300)->group, "/apps/org.gnome.Nautilus.desktop");
+    EXPECT_EQ(find(entries, 301)->responsible, 300);
+    EXPECT_EQ(find(entries, 301)->group, "/apps/org.gnome.Nautilus.desktop");
+    EXPECT_EQ(find(entries, 4010)->group, "");
+    EXPECT_EQ(find(entries, 4010)->responsible, 4010);
+    EXPECT_EQ(find(entries, 5000)->responsible, 5001);
+    EXPECT_EQ(find(entries, 5000)->group, "/apps/org.gnome.Terminal.desktop");
+    EXPECT_EQ(find(entries, 6000)->group, "");
     EXPECT_EQ(find(entries, 501)->responsible, 500);
     EXPECT_EQ(find(entries, 801)->responsible, 800);
     EXPECT_EQ(find(entries, 801)->group, "/apps/foo.desktop");
@@ -158,8 +175,8 @@ TEST(ProcReader, ProcessesJoinTheirApps) {
     EXPECT_EQ(find(entries, 950)->responsible, 950);
 
     // The window with the keyboard belongs to a helper of the file manager: the app is front.
-    ProcReader::markFront(running, entries, 300);
-    EXPECT_TRUE(running.at(301).active);
+    ProcReader::markFront(running, entries, 301);
+    EXPECT_TRUE(running.at(300).active);
     EXPECT_EQ(std::count_if(running.begin(), running.end(), [](const auto& a) { return a.second.active; }), 1);
 }
 

@@ -132,6 +132,11 @@ std::optional<UnitIds> parse(std::string_view unit) {
         if (pieces.size() >= 6 && body.size() >= 36 && isUuid(body.substr(body.size() - 36))) last = pieces.size() - 5;
         if (last >= 2) add(u, unescape(joinPieces(pieces, 1, last)));
         add(u, unescape(joinPieces(pieces, 0, last)));
+        // GNOME and Flatpak end the name with the pid of the launched process.
+        const std::string& tail = pieces.back();
+        if (last == pieces.size() - 1 && !tail.empty() && tail.size() <= 9 &&
+            tail.find_first_not_of("0123456789") == std::string::npos)
+            u.launchPid = static_cast<int32_t>(std::stol(tail));
         if (u.ids.empty()) return std::nullopt;
         return u;
     }
@@ -145,9 +150,16 @@ std::optional<Membership> membership(std::string_view cgroup, const std::string&
         if (!ids) return std::nullopt;
         for (const auto& id : ids->ids)
             if (auto entry = bundles.entry(id)) {
-                std::string group;
-                for (std::size_t i = 0; i <= index; ++i) group += "/" + components[i];
-                return Membership{std::move(group), std::move(*entry), ids->autostart};
+                Membership m;
+                for (std::size_t i = 0; i <= index; ++i) m.group += "/" + components[i];
+                m.entry = std::move(*entry);
+                m.autostart = ids->autostart;
+                const std::string& unit = components[index];
+                m.kind = unit.ends_with(".service") ? Membership::Kind::service
+                         : unit.ends_with(".slice") ? Membership::Kind::slice
+                                                    : Membership::Kind::scope;
+                m.launchPid = ids->launchPid;
+                return m;
             }
         return std::nullopt;
     };
@@ -157,7 +169,7 @@ std::optional<Membership> membership(std::string_view cgroup, const std::string&
 
     if (!exe.empty())
         if (auto entry = bundles.entryForExecutable(exe); entry && !entry->terminal && !entry->noDisplay && !entry->hidden)
-            return Membership{"exe:" + entry->path, std::move(*entry), false};
+            return Membership{"exe:" + entry->path, std::move(*entry), false, Membership::Kind::program, std::nullopt};
 
     for (std::size_t i = components.size(); i-- > 1;) {
         // Stop at the user's service manager: above it lie only session and user slices.
@@ -165,6 +177,26 @@ std::optional<Membership> membership(std::string_view cgroup, const std::string&
         if (auto m = unitMatch(i - 1)) return m;
     }
     return std::nullopt;
+}
+
+bool isAppProcess(const Membership& m, int32_t pid, std::string_view cgroup, const std::string& exe,
+                  const AppBundles& bundles) {
+    auto ownProgram = [&] {
+        if (exe.empty()) return false;
+        auto entry = bundles.entryForExecutable(exe);
+        return entry && entry->id == m.entry.id;
+    };
+    switch (m.kind) {
+    case Membership::Kind::program:
+    case Membership::Kind::service: return true;
+    case Membership::Kind::scope: return (m.launchPid ? pid == *m.launchPid : true) || ownProgram();
+    case Membership::Kind::slice: {
+        // The app's own service in its slice, not what runs in the scopes beside it.
+        auto leaf = cgroup.substr(cgroup.rfind('/') == std::string_view::npos ? 0 : cgroup.rfind('/') + 1);
+        return leaf.ends_with(".service") || ownProgram();
+    }
+    }
+    return false;
 }
 
 bool isManagedService(std::string_view cgroup, uint32_t uid) {

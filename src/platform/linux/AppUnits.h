@@ -21,7 +21,8 @@ namespace AppUnits {
 // The ids a unit name may carry, most likely first; absent for a unit that names no app.
 struct UnitIds {
     std::vector<std::string> ids;
-    bool autostart = false; // started by the session's autostart, not by the person
+    bool autostart = false;           // started by the session's autostart, not by the person
+    std::optional<int32_t> launchPid; // the process a scope was made for, where its name says
 };
 [[nodiscard]] std::optional<UnitIds> parse(std::string_view unit);
 
@@ -30,15 +31,24 @@ struct UnitIds {
 
 // The app a process belongs to and the group it shares with the other processes of the same launch.
 struct Membership {
+    enum class Kind { service, scope, slice, program };
     std::string group;  // the unit's control-group path, or "exe:" and the entry path
     DesktopEntry entry;
     bool autostart = false;
+    Kind kind = Kind::program;
+    std::optional<int32_t> launchPid;
 };
 // In order: the process's own unit, the entry whose program is `exe` (entries run in a
 // terminal or hidden from menus don't count: a shell tool or a session helper is no app), and
 // then the enclosing app units.
 [[nodiscard]] std::optional<Membership> membership(std::string_view cgroup, const std::string& exe,
                                                    const AppBundles& bundles);
+
+// Whether a member of an app group can be the app itself rather than something left in its
+// unit: a scope outlives the app it was made for as long as any process stays in it, so an
+// orphaned dev server would otherwise pass for the app. A service's processes end with it.
+[[nodiscard]] bool isAppProcess(const Membership& m, int32_t pid, std::string_view cgroup, const std::string& exe,
+                                const AppBundles& bundles);
 
 // True for a process in a service the user's service manager runs: a "*.service" unit below
 // "user@<uid>.service/" whose name does not begin with "app-".

@@ -109,25 +109,29 @@ RunningApps attachApps(std::vector<Entry>& entries, const AppBundles& bundles) {
 
     RunningApps apps;
     for (const auto& [group, members] : groups) {
-        std::size_t oldest = members.front();
+        const auto& m = memberships.at(group);
+        // The app is the oldest of the members that can be the app itself; with none, the app
+        // has ended and its unit holds only what it left behind, which belongs to no app.
+        std::optional<std::size_t> lead;
         for (std::size_t i : members) {
             const auto& r = entries[i].record;
-            const auto& o = entries[oldest].record;
-            if (std::tie(r.start, r.pid) < std::tie(o.start, o.pid)) oldest = i;
+            if (!AppUnits::isAppProcess(m, r.pid, entries[i].cgroup, r.exe, bundles)) continue;
+            if (!lead || std::tie(r.start, r.pid) < std::tie(entries[*lead].record.start, entries[*lead].record.pid))
+                lead = i;
         }
-        const auto& m = memberships.at(group);
-        const int32_t lead = entries[oldest].record.pid;
+        if (!lead) continue;
+        const int32_t leadPid = entries[*lead].record.pid;
         for (std::size_t i : members) {
-            entries[i].record.responsible = lead;
+            entries[i].record.responsible = leadPid;
             entries[i].record.group = m.entry.path;
         }
         RunningApp app;
-        app.pid = lead;
+        app.pid = leadPid;
         app.bundlePath = m.entry.path;
         app.bundleID = m.entry.id;
         app.name = RunningApp::trimName(m.entry.displayName());
         app.accessory = m.entry.noDisplay || m.autostart;
-        apps.emplace(lead, std::move(app));
+        apps.emplace(leadPid, std::move(app));
     }
     return apps;
 }

@@ -29,7 +29,8 @@ struct Options {
 [[nodiscard]] std::vector<Entry> read(const std::string& procRoot, const Options& options);
 
 // Sets `group` and `responsible` of each record from its app group, and gives the running apps:
-// the oldest process of each group.
+// of each group, the oldest process that can be the app itself. A group with no such process
+// (an app that ended and left processes in its unit) is no app, and its processes join none.
 RunningApps attachApps(std::vector<Entry>& entries, const AppBundles& bundles);
 
 // Marks as active the app whose group holds `frontPid`, or the app of its nearest ancestor

@@ -24,6 +24,7 @@ constexpr int attempts = 4;
 struct Walk {
     dev_t dev = 0;  // the item's own file system; no other is entered
     int error = 0;  // first errno met
+    bool abandoned = false; // too deep: unwind at once, touching nothing more
     void note(int e) {
         if (error == 0) error = e;
     }
@@ -85,22 +86,30 @@ bool makeOpenable(int dirFd, const char* name, const Walk& walk) {
     return done;
 }
 
-void removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int depth);
+bool removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int depth);
 
+// Reads the folder again only while every entry of the last reading went: what is left then
+// arrived meanwhile. An entry that failed would fail the same way again.
 void emptyFolder(int fd, Walk& walk, int depth) {
     for (int pass = 0; pass < passes; ++pass) {
         auto list = entries(fd, walk);
         if (list.empty()) return;
-        for (const auto& e : list) removeEntry(fd, e.name.c_str(), e.type == DT_DIR, walk, depth);
+        bool all = true;
+        for (const auto& e : list) {
+            all = removeEntry(fd, e.name.c_str(), e.type == DT_DIR, walk, depth) && all;
+            if (walk.abandoned) return;
+        }
+        if (!all) return;
     }
 }
 
-// `depth` is 0 for the item itself, whose parent lies outside it and is never changed.
-void removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int depth) {
+// True when the entry is gone. `depth` is 0 for the item itself, whose parent lies outside it
+// and is never changed.
+bool removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int depth) {
     bool rightsGiven = false;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (!asFolder) {
-            if (unlinkat(dirFd, name, 0) == 0 || errno == ENOENT) return;
+            if (unlinkat(dirFd, name, 0) == 0 || errno == ENOENT) return true;
             int e = errno;
             if (e == EISDIR || e == EPERM) {
                 struct stat st {};
@@ -114,16 +123,17 @@ void removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int dep
                 continue;
             }
             walk.note(e);
-            return;
+            return false;
         }
         if (depth >= maxDepth) {
             walk.note(ENAMETOOLONG);
-            return;
+            walk.abandoned = true;
+            return false;
         }
         int sub = openat(dirFd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (sub < 0) {
             int e = errno;
-            if (e == ENOENT) return;
+            if (e == ENOENT) return true;
             if (e == ELOOP || e == ENOTDIR) { // a link or a file stands there now: remove that
                 asFolder = false;
                 continue;
@@ -133,22 +143,22 @@ void removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int dep
                 continue;
             }
             walk.note(e);
-            return;
+            return false;
         }
         struct stat st {};
         if (fstat(sub, &st) != 0) {
             walk.note(errno);
             close(sub);
-            return;
+            return false;
         }
         if (st.st_dev != walk.dev) { // a mount point: what lies there is another disk's
             walk.note(EXDEV);
             close(sub);
-            return;
+            return false;
         }
         emptyFolder(sub, walk, depth + 1);
         close(sub);
-        if (unlinkat(dirFd, name, AT_REMOVEDIR) == 0 || errno == ENOENT) return;
+        if (unlinkat(dirFd, name, AT_REMOVEDIR) == 0 || errno == ENOENT) return true;
         int e = errno;
         if (e == ENOTDIR) { // emptied, then swapped for a link or a file
             asFolder = false;
@@ -159,8 +169,9 @@ void removeEntry(int dirFd, const char* name, bool asFolder, Walk& walk, int dep
             continue;
         }
         walk.note(e);
-        return;
+        return false;
     }
+    return false;
 }
 
 bool missing(int e) { return e == ENOENT || e == ENOTDIR; }

@@ -27,6 +27,8 @@ struct Context {
     std::string home;
     // The user's own Trash folder; other mounts get theirs at their top.
     std::string trash;
+    // Where the mounts are listed whose Trash folders an empty Trash clears too.
+    std::string mountinfo = "/proc/self/mountinfo";
     DryRun::Mode dryRun;
     // The waits of a dry run; tests make them instant.
     std::function<void(double seconds)> pause = DryRun::pause;

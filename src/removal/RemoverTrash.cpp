@@ -1,5 +1,6 @@
 #include "removal/Remover.h"
 
+#include "foundation/FS.h"
 #include "platform/Trash.h"
 #include "removal/Eraser.h"
 #include "removal/RemoverTrashMove.h"
@@ -111,7 +112,8 @@ std::optional<std::string> emptyTrash(const Context& context) {
     }
     bool left = false;
     int first = 0;
-    for (const auto& folder : Trash::folders(context.trash)) {
+    const std::string mounts = FS::readText(context.mountinfo).value_or("");
+    for (const auto& folder : Trash::folders(context.trash, mounts)) {
         int e = emptyFolder(folder, left);
         if (first == 0) first = e;
     }

@@ -207,17 +207,14 @@ std::string info(std::string_view pathValue, TimePoint when) {
 }
 
 std::string entryName(std::string_view name, int n) {
+    // "photo.jpg" becomes "photo.2.jpg", so that the kind still shows; ".bashrc" ".bashrc.2".
     std::string stem(name), tail;
-    if (n > 1) {
-        auto dot = name.rfind('.');
-        // "photo.jpg" becomes "photo.2.jpg", so that the kind still shows; ".bashrc" ".bashrc.2".
-        if (dot != std::string_view::npos && dot > 0 && name.size() - dot <= 16) {
-            stem = std::string(name.substr(0, dot));
-            tail = "." + std::to_string(n) + std::string(name.substr(dot));
-        } else {
-            tail = "." + std::to_string(n);
-        }
+    auto dot = name.rfind('.');
+    if (dot != std::string_view::npos && dot > 0 && name.size() - dot <= 16) {
+        stem = std::string(name.substr(0, dot));
+        tail = std::string(name.substr(dot));
     }
+    if (n > 1) tail = "." + std::to_string(n) + tail;
     const std::size_t limit = NAME_MAX - infoSuffix.size();
     if (stem.size() + tail.size() > limit) {
         std::size_t keep = tail.size() < limit ? limit - tail.size() : 0;

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <thread>
 
@@ -194,7 +195,10 @@ TEST(Eraser, AFolderSwappedForALinkDuringTheRemovalNeverLeadsOutside) {
             int swaps = 0;
             {
                 Swapper swapper(t.path(swapped), t.path("outside/keep"));
-                while (swapper.swaps.load() == 0) std::this_thread::yield();
+                auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+                while (swapper.swaps.load() == 0 && std::chrono::steady_clock::now() < deadline)
+                    std::this_thread::yield();
+                ASSERT_GT(swapper.swaps.load(), 0) << "the swapping thread never got going";
                 r = Remover::run({deleteItem(t.path("Library/Caches/Big"))}, {}, context);
                 swaps = swapper.swaps.load();
             }

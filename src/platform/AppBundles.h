@@ -1,6 +1,6 @@
 #pragma once
 // Installed applications, looked up by id, by entry path or by the program they start. The
-// spec of a bundle on this platform is its desktop entry.
+// bundle of an app on this platform is its desktop entry.
 #include "foundation/Time.h"
 #include "platform/DesktopEntry.h"
 

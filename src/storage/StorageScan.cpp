@@ -171,13 +171,13 @@ void StorageScan::walk(const Unit& unit) {
     std::lock_guard guard(lock);
     totals[unit.kind] += total;
     if (total > 0 || unit.kind == StorageKind::apps) {
-        auto [it, made] = entries.try_emplace(unit.item);
+        auto [it, made] = entries.try_emplace({unit.kind, unit.item});
         if (made) it->second = Entry{unit.kind, unit.name, unit.detail, 0, isFolder, unit.reveal};
         it->second.bytes += total;
     }
     for (const auto& [path, bytes] : projectBytes) {
         totals[StorageKind::projects] += bytes;
-        auto [it, made] = entries.try_emplace(path);
+        auto [it, made] = entries.try_emplace({StorageKind::projects, path});
         if (made)
             it->second = Entry{StorageKind::projects, FS::lastComponent(path), FS::tilde(FS::parent(path), home), 0,
                                true, std::nullopt};
@@ -200,7 +200,7 @@ void StorageScan::maybeReport() {
     if (now < nextReport.load(std::memory_order_relaxed)) return;
     std::unique_lock guard(reportLock, std::try_to_lock);
     if (!guard.owns_lock() || now < nextReport.load()) return;
-    nextReport = now + 500'000'000;
+    nextReport = now + std::chrono::duration_cast<std::chrono::nanoseconds>(reportEvery).count();
     if (!progress || cancelled()) return;
     (*progress)(snapshot(false, {}));
 }
@@ -208,7 +208,7 @@ void StorageScan::maybeReport() {
 StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList) {
     DiskInfo disk = DiskInfo::of(home);
     std::map<StorageKind, int64_t> totalsCopy;
-    std::map<std::string, Entry> entriesCopy;
+    std::map<std::pair<StorageKind, std::string>, Entry> entriesCopy;
     std::map<StorageKind, int> unreadableCopy;
     StorageReport r;
     {
@@ -222,7 +222,7 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
     std::map<StorageKind, std::vector<StorageItem>> items;
     for (auto& [key, e] : entriesCopy) {
         if (e.bytes < 1) continue;
-        items[e.kind].push_back(StorageItem{e.name, key, e.bytes, e.isFolder, e.detail, e.reveal});
+        items[e.kind].push_back(StorageItem{e.name, key.second, e.bytes, e.isFolder, e.detail, e.reveal});
     }
     const std::size_t cut = complete ? 14 : 6;
     for (StorageKind kind : StorageKinds::allCases) {
@@ -258,9 +258,9 @@ std::vector<AppSize> StorageScan::appSizes() {
     {
         std::lock_guard guard(lock);
         for (const auto& [key, e] : entries) {
-            if (e.kind == StorageKind::apps) appEntries.emplace_back(key, e);
+            if (e.kind == StorageKind::apps) appEntries.emplace_back(key.second, e);
             if (e.kind == StorageKind::appData) {
-                std::string name = Text::lower(FS::lastComponent(key));
+                std::string name = Text::lower(FS::lastComponent(key.second));
                 // ~/.mozilla and ~/.cache/mozilla are one app's data.
                 if (name.size() > 1 && name.front() == '.') name.erase(0, 1);
                 data[name] += e.bytes;
@@ -298,7 +298,7 @@ StorageReport StorageScan::run(const Progress& onProgress) {
     plan();
     progress = onProgress ? &onProgress : nullptr;
     nextReport = std::chrono::duration_cast<std::chrono::nanoseconds>(
-                     (std::chrono::steady_clock::now() + std::chrono::milliseconds(400)).time_since_epoch())
+                     (std::chrono::steady_clock::now() + firstReport).time_since_epoch())
                      .count();
 
     // A package store shares its files by hard links with every project, and the first walk to

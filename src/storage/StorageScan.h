@@ -78,6 +78,10 @@ public:
     // what it measured, marked incomplete and without apps.
     [[nodiscard]] StorageReport run(const Progress& progress = {});
 
+    // When partial reports go out: the first this long after run starts, then at this interval.
+    std::chrono::milliseconds firstReport{400};
+    std::chrono::milliseconds reportEvery{500};
+
     // The units in the order they are walked, and the app units; planned once.
     [[nodiscard]] const std::vector<Unit>& units();
     [[nodiscard]] const std::vector<Unit>& appUnits();
@@ -140,7 +144,8 @@ private:
     // Shared by the walks, under `lock`.
     std::mutex lock;
     std::map<StorageKind, int64_t> totals;
-    std::map<std::string, Entry> entries;
+    // Rows by kind and key: a project at the top of Documents is a row of both.
+    std::map<std::pair<StorageKind, std::string>, Entry> entries;
     std::map<StorageKind, int> unreadable;
     std::vector<BigFile> big;
     int64_t bigFloor = initialFloor;

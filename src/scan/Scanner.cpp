@@ -20,8 +20,9 @@ const std::set<std::string, std::less<>>& Scanner::shells() {
 }
 
 Scanner::Scanner(Layout layoutIn, std::vector<RunningId> runningIn, std::shared_ptr<ScanToken> cancelIn,
-                 const ProcessFacts& factsIn)
-    : layout(std::move(layoutIn)), running(std::move(runningIn)), cancel(std::move(cancelIn)), facts(&factsIn) {
+                 const ProcessFacts& factsIn, const AppBundles& appsIn)
+    : layout(std::move(layoutIn)), running(std::move(runningIn)), cancel(std::move(cancelIn)), facts(&factsIn),
+      apps(&appsIn) {
     home = layout.home;
     now = Clock::now();
     allProcs = facts->processes();
@@ -97,7 +98,7 @@ std::vector<CleanItem> Scanner::run(Report progress) {
     append(downloads());
     append(nodeVersions());
 
-    found = mergeSameApp(std::move(found));
+    found = mergeSameApp(std::move(found), layout.mergedLocation);
     if (cancelled()) return {};
     return measureAll(found);
 }

@@ -13,11 +13,10 @@ public:
 
     // True when the key was new; false when some walk met the file before.
     bool insert(uint64_t key);
-    [[nodiscard]] std::size_t size() const;
 
 private:
     struct Shard {
-        mutable std::mutex lock;
+        std::mutex lock;
         std::unordered_set<uint64_t> keys;
     };
     std::array<Shard, 32> shards;

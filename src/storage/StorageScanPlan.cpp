@@ -129,6 +129,7 @@ void StorageScan::planApps() {
     auto addApp = [&](Unit unit, AppFacts facts) {
         if (plannedPaths.contains(unit.path) || !onHomeVolume(unit.path)) return false;
         plannedPaths.insert(unit.path);
+        unit.countsUnreadable = below(unit.path, home);
         if (!unit.bytes) claim(unit.path);
         appFacts[unit.item] = std::move(facts);
         planApps_.push_back(std::move(unit));

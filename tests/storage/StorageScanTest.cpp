@@ -87,6 +87,8 @@ TEST(StorageScan, APackageStoreOwnsItsLinksWhateverTheTiming) {
         home.hardLink(".pnpm-store/v3/files/" + name, "Documents/app/node_modules/x/" + name);
         home.file(".local/share/pnpm/store/v3/" + name, 64 * 1024);
         home.hardLink(".local/share/pnpm/store/v3/" + name, "Desktop/site/node_modules/y/" + name);
+        // A folder whose name sorts before the stores, so that its walk would start first.
+        home.hardLink(".pnpm-store/v3/files/" + name, "+linked/" + name);
     }
     home.text("Documents/app/package.json", "{}");
     home.text("Desktop/site/package.json", "{}");
@@ -104,6 +106,8 @@ TEST(StorageScan, APackageStoreOwnsItsLinksWhateverTheTiming) {
         ASSERT_TRUE(app && site);
         EXPECT_LT(app->bytes, 40 * 64 * 1024);
         EXPECT_LT(site->bytes, 40 * 64 * 1024);
+        const StorageItem* linked = row(r, StorageKind::other, home.path("+linked"));
+        EXPECT_TRUE(!linked || linked->bytes < 40 * 64 * 1024);
     }
 }
 

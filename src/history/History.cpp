@@ -1,0 +1,295 @@
+#include "history/History.h"
+
+#include "foundation/AtomicFile.h"
+#include "foundation/FS.h"
+#include "foundation/Support.h"
+#include "foundation/Text.h"
+#include "foundation/Tools.h"
+#include "history/Calendar.h"
+
+#include <cmath>
+
+#include <nlohmann/json.hpp>
+
+#include <stdexcept>
+
+using nlohmann::json;
+
+namespace {
+
+// A decoding failure anywhere fails the whole file; it never leaves this file.
+struct Invalid : std::runtime_error {
+    Invalid() : std::runtime_error("invalid history file") {}
+};
+
+const json& need(const json& j, const char* key) {
+    if (!j.is_object()) throw Invalid();
+    auto it = j.find(key);
+    if (it == j.end()) throw Invalid();
+    return *it;
+}
+
+const json* maybe(const json& j, const char* key) {
+    auto it = j.find(key);
+    if (it == j.end() || it->is_null()) return nullptr;
+    return &*it;
+}
+
+TimePoint date(const json& v) {
+    if (!v.is_number()) throw Invalid();
+    return fromSeconds(v.get<double>());
+}
+
+int64_t integer(const json& v) {
+    if (v.is_number_integer()) return v.get<int64_t>();
+    if (v.is_number_float()) {
+        double d = v.get<double>();
+        if (std::trunc(d) != d) throw Invalid();
+        return static_cast<int64_t>(d);
+    }
+    throw Invalid();
+}
+
+std::string text(const json& v) {
+    if (!v.is_string()) throw Invalid();
+    return v.get<std::string>();
+}
+
+const json& array(const json& v) {
+    if (!v.is_array()) throw Invalid();
+    return v;
+}
+
+std::map<std::string, TimePoint> dates(const json& v) {
+    if (!v.is_object()) throw Invalid();
+    std::map<std::string, TimePoint> out;
+    for (const auto& [k, d] : v.items()) out[k] = date(d);
+    return out;
+}
+
+json encodeDates(const std::map<std::string, TimePoint>& m) {
+    json j = json::object();
+    for (const auto& [k, d] : m) j[k] = secondsSince1970(d);
+    return j;
+}
+
+json encodePlace(const GrowthPlace& p) {
+    return json{{"name", p.name}, {"location", p.location}, {"bytes", p.bytes}, {"bucket", GrowthBuckets::raw(p.bucket)}};
+}
+
+GrowthPlace decodePlace(const json& j) {
+    GrowthPlace p;
+    p.name = text(need(j, "name"));
+    p.location = text(need(j, "location"));
+    p.bytes = integer(need(j, "bytes"));
+    auto bucket = GrowthBuckets::fromRaw(integer(need(j, "bucket")));
+    if (!bucket) throw Invalid();
+    p.bucket = *bucket;
+    return p;
+}
+
+json encodeGrowth(const GrowthReport& g) {
+    json days = json::array(), biggest = json::array();
+    for (const auto& d : g.days) {
+        json top = json::array();
+        for (const auto& p : d.top) top.push_back(encodePlace(p));
+        days.push_back(json{{"date", secondsSince1970(d.date)}, {"buckets", d.buckets}, {"top", top}});
+    }
+    for (const auto& p : g.biggest) biggest.push_back(encodePlace(p));
+    return json{{"made", secondsSince1970(g.made)}, {"days", days}, {"biggest", biggest}};
+}
+
+GrowthReport decodeGrowth(const json& j) {
+    GrowthReport g;
+    g.made = date(need(j, "made"));
+    for (const auto& d : array(need(j, "days"))) {
+        GrowthDay day;
+        day.date = date(need(d, "date"));
+        const json& buckets = array(need(d, "buckets"));
+        if (buckets.size() != day.buckets.size()) throw Invalid();
+        for (std::size_t i = 0; i < day.buckets.size(); ++i) day.buckets[i] = integer(buckets[i]);
+        for (const auto& p : array(need(d, "top"))) day.top.push_back(decodePlace(p));
+        g.days.push_back(std::move(day));
+    }
+    for (const auto& p : array(need(j, "biggest"))) g.biggest.push_back(decodePlace(p));
+    return g;
+}
+
+} // namespace
+
+std::string History::encode(const HistoryData& d) {
+    json samples = json::array(), cleans = json::array();
+    for (const auto& s : d.samples)
+        samples.push_back(json{{"date", secondsSince1970(s.date)}, {"free", s.free}, {"swap", s.swap}});
+    for (const auto& c : d.cleans)
+        cleans.push_back(json{{"date", secondsSince1970(c.date)}, {"freed", c.freed}, {"label", c.label}});
+    json j{{"samples", samples}, {"cleans", cleans}, {"snoozed", encodeDates(d.snoozed)}, {"alerted", encodeDates(d.alerted)}};
+    if (d.growth) j["growth"] = encodeGrowth(*d.growth);
+    if (d.restartReminder) j["restartReminder"] = secondsSince1970(*d.restartReminder);
+    if (d.cacheClears) {
+        json clears = json::object();
+        for (const auto& [id, c] : *d.cacheClears) clears[id] = json{{"date", secondsSince1970(c.date)}, {"size", c.size}};
+        j["cacheClears"] = clears;
+    }
+    if (d.fastRefill) j["fastRefill"] = encodeDates(*d.fastRefill);
+    return j.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+std::optional<HistoryData> History::decode(const std::string& content) {
+    json j = json::parse(content, nullptr, false);
+    if (j.is_discarded() || !j.is_object()) return std::nullopt;
+    try {
+        HistoryData d;
+        for (const auto& s : array(need(j, "samples")))
+            d.samples.push_back(FreeSample{date(need(s, "date")), integer(need(s, "free")), integer(need(s, "swap"))});
+        for (const auto& c : array(need(j, "cleans")))
+            d.cleans.push_back(CleanRecord{date(need(c, "date")), integer(need(c, "freed")), text(need(c, "label"))});
+        d.snoozed = dates(need(j, "snoozed"));
+        d.alerted = dates(need(j, "alerted"));
+        if (auto v = maybe(j, "growth")) d.growth = decodeGrowth(*v);
+        if (auto v = maybe(j, "restartReminder")) d.restartReminder = date(*v);
+        if (auto v = maybe(j, "cacheClears")) {
+            if (!v->is_object()) throw Invalid();
+            std::map<std::string, CacheClear> clears;
+            for (const auto& [id, c] : v->items()) clears[id] = CacheClear{date(need(c, "date")), integer(need(c, "size"))};
+            d.cacheClears = std::move(clears);
+        }
+        if (auto v = maybe(j, "fastRefill")) d.fastRefill = dates(*v);
+        return d;
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+History& History::shared() {
+    // There is no earlier name of the support folder on this platform to move from.
+    static History instance(Support::dir());
+    return instance;
+}
+
+History::History(const std::string& folder) : url(folder + "/history.json") {
+    (void)AtomicFile::makeFolders(folder);
+    if (auto content = FS::readText(url, 64 << 20))
+        if (auto decoded = decode(*content)) data = std::move(*decoded);
+}
+
+void History::save() {
+    if (Tools::rendering) return;
+    (void)AtomicFile::write(url, encode(data));
+}
+
+void History::recordFree(int64_t free, int64_t swap, TimePoint now) {
+    // A clock set backwards gives a negative gap, which is also too soon.
+    if (!data.samples.empty() && secondsBetween(data.samples.back().date, now) < sampleSpacing) return;
+    data.samples.push_back(FreeSample{now, free, swap});
+    const TimePoint oldest = addSeconds(now, -sampleAge);
+    std::erase_if(data.samples, [&](const FreeSample& s) { return s.date < oldest; });
+    save();
+}
+
+void History::recordClean(int64_t freed, const std::string& label) { recordClean(freed, label, Clock::now()); }
+
+void History::recordClean(int64_t freed, const std::string& label, TimePoint now) {
+    if (freed < 1) return;
+    data.cleans.push_back(CleanRecord{now, freed, label});
+    const TimePoint oldest = addSeconds(now, -cleanAge);
+    std::erase_if(data.cleans, [&](const CleanRecord& c) { return c.date < oldest; });
+    save();
+}
+
+void History::recordCacheClears(const std::vector<CleanItem>& items, TimePoint now) {
+    std::map<std::string, CacheClear> clears = data.cacheClears.value_or(std::map<std::string, CacheClear>{});
+    for (const auto& item : items)
+        if (item.tracksRefill()) clears[item.id] = CacheClear{now, item.size};
+    std::erase_if(clears, [&](const auto& e) { return !(secondsBetween(e.second.date, now) < refillAge); });
+    data.cacheClears = std::move(clears);
+    save();
+}
+
+void History::noteRefills(const std::vector<CleanItem>& items, TimePoint now) {
+    const auto clears = data.cacheClears.value_or(std::map<std::string, CacheClear>{});
+    const auto stored = data.fastRefill.value_or(std::map<std::string, TimePoint>{});
+    auto result = stored;
+    for (const auto& item : items) {
+        if (!item.tracksRefill()) continue;
+        auto it = clears.find(item.id);
+        if (it == clears.end()) continue;
+        const CacheClear& clear = it->second;
+        if (clear.size < 1) continue;
+        double elapsed = secondsBetween(clear.date, now);
+        bool fast = elapsed > 3'600 && elapsed <= 172'800 &&
+                    static_cast<double>(item.size) >= static_cast<double>(clear.size) / 2.0;
+        if (fast) result[item.id] = now;
+    }
+    std::erase_if(result, [&](const auto& e) { return !(secondsBetween(e.second, now) < refillAge); });
+    // Keys alone decide: an item already listed keeps its first date and falls off 30 days
+    // after it, even though this scan found it again.
+    bool sameKeys = result.size() == stored.size();
+    for (const auto& [id, d] : result)
+        if (!stored.contains(id)) sameKeys = false;
+    if (sameKeys) return;
+    data.fastRefill = std::move(result);
+    save();
+}
+
+bool History::refillsFast(const std::string& id) const { return data.fastRefill && data.fastRefill->contains(id); }
+
+std::optional<std::string> History::refillNote(const CleanItem& item, TimePoint now) const {
+    if (!refillsFast(item.id) || !data.cacheClears) return std::nullopt;
+    auto it = data.cacheClears->find(item.id);
+    if (it == data.cacheClears->end() || it->second.size < 1) return std::nullopt;
+    const CacheClear& clear = it->second;
+    double ratio = static_cast<double>(item.size) / static_cast<double>(clear.size) * 100.0;
+    long percent = std::min(100L, std::lround(ratio));
+    double hours = secondsBetween(clear.date, now) / 3'600.0;
+    if (hours < 30) return Text::format("Back to %ld%% within a day of the last clear", percent);
+    return Text::format("Back to %ld%% within two days of the last clear", percent);
+}
+
+int64_t History::freedToday(TimePoint now) const {
+    int64_t sum = 0;
+    for (const auto& c : data.cleans)
+        if (Calendar::sameDay(c.date, now)) sum += c.freed;
+    return sum;
+}
+
+std::optional<Pace> History::pace(int64_t free, int64_t swap, TimePoint now) const {
+    return Pace::measure(data, free, swap, now);
+}
+
+void History::snooze(const std::string& id, TimePoint until) {
+    data.snoozed[id] = until;
+    save();
+}
+
+bool History::isSnoozed(const std::string& id, TimePoint now) const {
+    auto it = data.snoozed.find(id);
+    return it != data.snoozed.end() && it->second > now;
+}
+
+bool History::alertedRecently(const std::string& key, TimePoint now) const {
+    auto it = data.alerted.find(key);
+    return it != data.alerted.end() && secondsBetween(it->second, now) < alertQuiet;
+}
+
+void History::markAlerted(const std::string& key) { markAlerted(key, Clock::now()); }
+
+void History::markAlerted(const std::string& key, TimePoint now) {
+    data.alerted[key] = now;
+    save();
+}
+
+void History::setGrowth(const GrowthReport& report) {
+    data.growth = report;
+    save();
+}
+
+void History::setRestartReminder(std::optional<TimePoint> date) {
+    data.restartReminder = date;
+    save();
+}
+
+TimePoint tomorrowMorning(TimePoint now) {
+    if (auto start = Calendar::startOfDay(now)) return addSeconds(*start, 30 * 3'600.0);
+    return addSeconds(now, 86'400);
+}

@@ -2,7 +2,7 @@
 // caches of one app become one row. The first group runs over a generated ~/Library, the
 // second over a Linux home with ~/.cache, ~/.config and Flatpak folders.
 #include "foundation/FS.h"
-#include "scan/FakeApps.h"
+#include "support/FakeAppBundles.h"
 #include "scan/ScannerAccess.h"
 #include "support/FakeFacts.h"
 #include "support/TempTree.h"
@@ -28,7 +28,7 @@ void chromiumProfile(const TempTree& t, const std::string& folder) {
 struct MacHome {
     TempTree t;
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
     std::string caches = t.dir("Library/Caches");
     std::string support = t.dir("Library/Application Support");
 
@@ -275,7 +275,7 @@ namespace {
 struct LinuxHome {
     TempTree t;
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
 
     Scanner scanner(std::vector<Scanner::RunningId> running = {}) {
         return Scanner(Layout::linux(t.root()), std::move(running), nullptr, facts, apps);

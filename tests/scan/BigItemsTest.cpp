@@ -1,6 +1,6 @@
 // Big single items: the assistant's VM and its lock, browser models, Docker's disk image and
 // device backups, over both layouts.
-#include "scan/FakeApps.h"
+#include "support/FakeAppBundles.h"
 #include "scan/ScannerAccess.h"
 #include "support/FakeFacts.h"
 #include "support/TempTree.h"
@@ -22,7 +22,7 @@ TEST(BigItems, VirtualMachineIsLockedWhileItRunsOrInDoubt) {
     t.file("Library/Application Support/Claude/vm_bundles/claudevm.bundle/disk.img", 10);
     const std::string bundles = t.path("Library/Application Support/Claude/vm_bundles");
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
     auto vm = [&] {
         Scanner s(Layout::macos(t.root()), {}, nullptr, facts, apps);
         auto list = ScannerTestAccess::bigItems(s);
@@ -67,7 +67,7 @@ TEST(BigItems, BrowserModelsDockerAndBackups) {
     t.file("Library/Application Support/MobileSync/Backup/00008110-B/Manifest.db", 10);
     t.file("Library/Application Support/MobileSync/Backup/.DS_Store", 10);
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
     Scanner mac(Layout::macos(t.root()), {}, nullptr, facts, apps);
     auto list = ScannerTestAccess::bigItems(mac);
     // Docker's image stays out: no Docker app is installed on this machine's /Applications.
@@ -89,7 +89,7 @@ TEST(BigItems, LinuxModelsAndDockerDesktopOnlyWhenInstalled) {
     t.file(".config/microsoft-edge/OptGuideOnDeviceModel/w", 10);
     t.file(".docker/desktop/vms/0/data/Docker.raw", 10);
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
     Scanner before(Layout::linux(t.root()), {}, nullptr, facts, apps);
     // The disk image of a removed Docker Desktop is not listed.
     EXPECT_EQ(idsOf(ScannerTestAccess::bigItems(before)), (std::vector<std::string>{"chrome-model", "edge-model"}));

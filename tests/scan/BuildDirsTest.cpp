@@ -3,7 +3,7 @@
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
 #include "scan/BuildFolders.h"
-#include "scan/FakeApps.h"
+#include "support/FakeAppBundles.h"
 #include "scan/ScannerAccess.h"
 #include "support/FakeFacts.h"
 #include "support/TempTree.h"
@@ -19,7 +19,7 @@ constexpr double day = 86'400;
 struct Home {
     TempTree t;
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
     Layout layout = Layout::linux(t.root());
 
     Scanner scanner(std::shared_ptr<ScanToken> token = nullptr) { return Scanner(layout, {}, std::move(token), facts, apps); }

@@ -2,7 +2,7 @@
 // Linux home.
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
-#include "scan/FakeApps.h"
+#include "support/FakeAppBundles.h"
 #include "scan/ScannerAccess.h"
 #include "support/FakeFacts.h"
 #include "support/TempTree.h"
@@ -19,7 +19,7 @@ constexpr int64_t MiB = 1 << 20;
 struct Home {
     TempTree t;
     FakeFacts facts;
-    FakeApps apps;
+    FakeAppBundles apps;
     bool mac = true;
 
     Layout layout() const { return mac ? Layout::macos(t.root()) : Layout::linux(t.root()); }

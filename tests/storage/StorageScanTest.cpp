@@ -1,6 +1,6 @@
 #include "foundation/FS.h"
 #include "storage/StorageScan.h"
-#include "storage/FakeAppBundles.h"
+#include "support/FakeAppBundles.h"
 #include "support/TempTree.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "platform/FileOpened.h"
 #include "platform/PackageDatabase.h"
 #include "platform/SwapAreas.h"
-#include "storage/FakeAppBundles.h"
+#include "support/FakeAppBundles.h"
 #include "storage/StorageScan.h"
 #include "support/TempTree.h"
 

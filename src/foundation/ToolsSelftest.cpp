@@ -5,7 +5,9 @@
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
 #include "foundation/Tools.h"
+#include "monitor/Leftovers.h"
 #include "platform/Layout.h"
+#include "projects/ProjectGroups.h"
 #include "removal/Eraser.h"
 #include "removal/Remover.h"
 
@@ -186,6 +188,22 @@ void words(Checks& c) {
     c.check("memory in binary units", Fmt::ram(int64_t(16) << 30) == "16 GB" && Fmt::ram(int64_t(8) << 30) == "8 GB");
 }
 
+// What the Projects view and the leftovers are called: a tool by its name and command, a
+// module by its name, and a workspace only where its folder names its apps.
+void names(Checks& c, const Scratch& s) {
+    const std::string home = s.root;
+    c.check("leftover label reads the tool and its command",
+            Leftovers::label({"/usr/bin/node", home + "/.npm/_npx/4b2c/node_modules/.bin/wrangler", "dev", "--port", "8787"},
+                             "node") == "wrangler dev");
+    c.check("leftover label for a python module",
+            Leftovers::label({"python3", "-m", "http.server", "8000"}, "python3") == "http.server");
+    const bool named = Projects::groupName(home + "/code/shop", {home + "/code/shop/shop-admin", home + "/code/shop/shop-web"},
+                                           home) == std::optional<std::string>("shop");
+    const bool worktrees = !Projects::groupName(home + "/code/worktrees",
+                                                {home + "/code/worktrees/a-cf", home + "/code/worktrees/b-cf"}, home);
+    c.check("a group needs a folder named like its apps", named && worktrees);
+}
+
 // A fresh folder of our own below `folder`, so that nothing already there is touched.
 std::optional<std::string> makeScratch(const std::string& folder, std::string& why) {
     std::error_code ec;
@@ -233,6 +251,7 @@ bool Tools::selftest(const std::string& folder) {
     }
     ordering(c);
     words(c);
+    names(c, s);
 
     (void)Eraser::erase(s.root);
     std::puts(c.passed ? "ALL PASSED" : "SOME FAILED");

@@ -1,9 +1,14 @@
 // The --speed report: what the live monitor sees now, as text.
+#include "advice/AdviceText.h"
+#include "advice/Advisor.h"
 #include "advice/Browsers.h"
+#include "foundation/DiskInfo.h"
 #include "foundation/Fmt.h"
 #include "foundation/Text.h"
 #include "foundation/Tools.h"
+#include "history/History.h"
 #include "monitor/Monitor.h"
+#include "platform/Probe.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -86,5 +91,15 @@ void Tools::speedReport() {
         if (update->since) text += " since " + Fmt::day(*update->since, now);
         line(text);
     }
+
+    // The advice as it would stand before any disk scan: no disk rule can apply yet.
+    line("\n== Suggestions (no disk scan) ==");
+    Advisor::Situation situation;
+    situation.model = Advisor::ModelFacts::of(DiskInfo::current(), {}, std::nullopt);
+    situation.monitor = Advisor::MonitorFacts::of(monitor, now);
+    situation.history = Advisor::HistoryFacts::of(History::shared(), now);
+    situation.cores = Probe::cores();
+    situation.now = now;
+    for (const auto& text : AdviceText::lines(Advisor::recommendations(situation))) line(text);
     std::fflush(stdout);
 }

@@ -122,6 +122,8 @@ Layout Layout::linux(const std::string& home, const Env& env) {
     l.removal = RemovalTables::forLinux(places);
     l.monitor = MonitorTables::forLinux(places);
     l.storage = StorageTables::forLinux(places);
+    l.actions = ActionTables::forLinux(places);
+    l.projects = ProjectTables::forLinux(places);
     return l;
 }
 
@@ -158,6 +160,8 @@ Layout Layout::macos(const std::string& home) {
     l.removal = RemovalTables::forMacos(places);
     l.monitor = MonitorTables::forMacos(places);
     l.storage = StorageTables::forMacos(places);
+    l.actions = ActionTables::forMacos(places);
+    l.projects = ProjectTables::forMacos(places);
     return l;
 }
 

@@ -7,6 +7,8 @@
 #include "platform/layout/MonitorTables.h"
 #include "platform/layout/RemovalTables.h"
 #include "platform/layout/StorageTables.h"
+#include "platform/layout/ActionTables.h"
+#include "platform/layout/ProjectTables.h"
 
 #include <functional>
 #include <optional>
@@ -17,6 +19,8 @@ struct Layout : Places {
     RemovalTables removal;   // what the remover refuses
     MonitorTables monitor;   // runtimes and tool places of the live monitor
     StorageTables storage;   // storage units and growth places
+    ActionTables actions;    // quitting, relaunching and restarting
+    ProjectTables projects;  // editors and places of the projects view
 
     // Reads an environment variable; empty function means "no variables set".
     using Env = std::function<std::optional<std::string>(const char*)>;

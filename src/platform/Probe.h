@@ -47,6 +47,9 @@ namespace Probe {
 [[nodiscard]] std::string name(int32_t pid); // empty on failure
 [[nodiscard]] std::string path(int32_t pid); // empty on failure
 [[nodiscard]] std::optional<std::string> cwd(int32_t pid);
+// When a process of the user's own started, as a snapshot gives it; absent once it has ended
+// (a zombie included) and for anyone else's process.
+[[nodiscard]] std::optional<TimePoint> startTime(int32_t pid);
 [[nodiscard]] std::vector<int> listeningPorts(int32_t pid);
 [[nodiscard]] std::set<int32_t> launchdJobs();
 

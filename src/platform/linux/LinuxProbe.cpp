@@ -6,6 +6,7 @@
 #include "platform/linux/BundleMemo.h"
 #include "platform/linux/ProcPorts.h"
 #include "platform/linux/ProcReader.h"
+#include "platform/linux/ProcStart.h"
 #include "platform/linux/ProcText.h"
 #include "platform/linux/SystemReader.h"
 #include "platform/linux/X11Front.h"
@@ -131,6 +132,11 @@ std::string path(int32_t pid) {
 }
 
 std::optional<std::string> cwd(int32_t pid) { return ProcPorts::cwd("/proc", pid); }
+
+std::optional<TimePoint> startTime(int32_t pid) {
+    const ProcReader::Options o = readOptions(false);
+    return ProcStart::read("/proc", pid, o.uid, o.bootSeconds, o.ticksPerSecond);
+}
 
 std::vector<int> listeningPorts(int32_t pid) { return ProcPorts::listening("/proc", pid); }
 

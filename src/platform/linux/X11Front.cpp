@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <set>
 #include <vector>
 
 namespace X11Front {
@@ -88,19 +89,90 @@ std::optional<uint32_t> internAtom(int fd, std::string_view name) {
     return atom;
 }
 
-// The first 32-bit value of a window property.
-std::optional<uint32_t> property32(int fd, uint32_t window, uint32_t atom) {
+// Up to `count` 32-bit values of a window property.
+std::optional<std::vector<uint32_t>> property32s(int fd, uint32_t window, uint32_t atom, uint32_t count) {
     std::vector<uint8_t> b = {20, 0}; // GetProperty, don't delete
     put16(b, 6);
     put32(b, window);
     put32(b, atom);
     put32(b, 0); // any type
     put32(b, 0); // offset
-    put32(b, 1); // one 32-bit value
+    put32(b, count);
     if (!sendAll(fd, b)) return std::nullopt;
     auto r = reply(fd);
-    if (!r || (*r)[1] != 32 || get32(&(*r)[16]) < 1 || r->size() < 36) return std::nullopt;
-    return get32(&(*r)[32]);
+    if (!r || (*r)[1] != 32) return std::nullopt;
+    const std::size_t n = get32(&(*r)[16]);
+    if (r->size() < 32 + 4 * n) return std::nullopt;
+    std::vector<uint32_t> values;
+    for (std::size_t i = 0; i < n; ++i) values.push_back(get32(&(*r)[32 + 4 * i]));
+    return values;
+}
+
+// The first 32-bit value of a window property.
+std::optional<uint32_t> property32(int fd, uint32_t window, uint32_t atom) {
+    auto values = property32s(fd, window, atom, 1);
+    if (!values || values->empty()) return std::nullopt;
+    return values->front();
+}
+
+// The connection set-up; gives the first screen's root window.
+std::optional<uint32_t> setUp(int fd, const std::string& authName, const std::string& authData) {
+    std::vector<uint8_t> setup = {'l', 0};
+    put16(setup, 11);
+    put16(setup, 0);
+    put16(setup, static_cast<uint16_t>(authName.size()));
+    put16(setup, static_cast<uint16_t>(authData.size()));
+    put16(setup, 0);
+    putString(setup, authName);
+    putString(setup, authData);
+    if (!sendAll(fd, setup)) return std::nullopt;
+
+    uint8_t head[8];
+    if (!readExactly(fd, head, 8) || head[0] != 1) return std::nullopt;
+    std::size_t size = static_cast<std::size_t>(get16(head + 6)) * 4;
+    if (size < 40 || size > (1u << 20)) return std::nullopt;
+    std::vector<uint8_t> info(size);
+    if (!readExactly(fd, info.data(), size)) return std::nullopt;
+    const std::size_t vendor = get16(&info[16]);
+    const std::size_t formats = info[21];
+    const std::size_t rootAt = 32 + vendor + pad4(vendor) + 8 * formats;
+    if (info[20] == 0 || rootAt + 4 > info.size()) return std::nullopt;
+    return get32(&info[rootAt]);
+}
+
+// Opens the session's display with its cookie and runs `talk` over it; absent where the
+// session is not X11 or the display does not answer.
+template <typename T, typename Talk>
+std::optional<T> overDisplay(const Talk& talk) {
+    const char* type = std::getenv("XDG_SESSION_TYPE");
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    const char* display = std::getenv("DISPLAY");
+    // Under Wayland the X server sees only its own clients' windows: it can't tell.
+    if (!display || (type && std::string_view(type) != "x11") || (!type && wayland && *wayland)) return std::nullopt;
+    auto number = displayNumber(display);
+    if (!number) return std::nullopt;
+
+    std::string name, data;
+    const char* xauth = std::getenv("XAUTHORITY");
+    std::string file = xauth && *xauth ? xauth : FS::home() + "/.Xauthority";
+    char host[256] = {};
+    gethostname(host, sizeof host - 1);
+    if (auto text = FS::readText(file, 1 << 20))
+        if (auto c = cookie(*text, host, *number)) {
+            name = cookieName;
+            data = *c;
+        }
+
+    int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) return std::nullopt;
+    sockaddr_un addr{};
+    addr.sun_family = AF_UNIX;
+    std::string path = "/tmp/.X11-unix/X" + *number;
+    std::strncpy(addr.sun_path, path.c_str(), sizeof addr.sun_path - 1);
+    std::optional<T> out;
+    if (connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) out = talk(fd, name, data);
+    close(fd);
+    return out;
 }
 
 std::optional<uint16_t> be16(std::string_view s, std::size_t& at) {
@@ -147,33 +219,14 @@ std::optional<std::string> cookie(std::string_view xauthority, std::string_view 
 }
 
 std::optional<int32_t> activePid(int fd, const std::string& authName, const std::string& authData) {
-    std::vector<uint8_t> setup = {'l', 0};
-    put16(setup, 11);
-    put16(setup, 0);
-    put16(setup, static_cast<uint16_t>(authName.size()));
-    put16(setup, static_cast<uint16_t>(authData.size()));
-    put16(setup, 0);
-    putString(setup, authName);
-    putString(setup, authData);
-    if (!sendAll(fd, setup)) return std::nullopt;
-
-    uint8_t head[8];
-    if (!readExactly(fd, head, 8) || head[0] != 1) return std::nullopt;
-    std::size_t size = static_cast<std::size_t>(get16(head + 6)) * 4;
-    if (size < 40 || size > (1u << 20)) return std::nullopt;
-    std::vector<uint8_t> info(size);
-    if (!readExactly(fd, info.data(), size)) return std::nullopt;
-    const std::size_t vendor = get16(&info[16]);
-    const std::size_t formats = info[21];
-    const std::size_t rootAt = 32 + vendor + pad4(vendor) + 8 * formats;
-    if (info[20] == 0 || rootAt + 4 > info.size()) return std::nullopt;
-    const uint32_t root = get32(&info[rootAt]);
+    auto root = setUp(fd, authName, authData);
+    if (!root) return std::nullopt;
 
     auto activeAtom = internAtom(fd, "_NET_ACTIVE_WINDOW");
     if (!activeAtom) return std::nullopt;
     auto pidAtom = internAtom(fd, "_NET_WM_PID");
     if (!pidAtom) return std::nullopt;
-    auto window = property32(fd, root, *activeAtom);
+    auto window = property32(fd, *root, *activeAtom);
     if (!window || *window == 0) return std::nullopt;
     auto pid = property32(fd, *window, *pidAtom);
     if (!pid || *pid == 0 || *pid > INT32_MAX) return std::nullopt;
@@ -181,35 +234,56 @@ std::optional<int32_t> activePid(int fd, const std::string& authName, const std:
 }
 
 std::optional<int32_t> activePid() {
-    const char* type = std::getenv("XDG_SESSION_TYPE");
-    const char* wayland = std::getenv("WAYLAND_DISPLAY");
-    const char* display = std::getenv("DISPLAY");
-    // Under Wayland the X server sees only its own clients' windows: it can't tell.
-    if (!display || (type && std::string_view(type) != "x11") || (!type && wayland && *wayland)) return std::nullopt;
-    auto number = displayNumber(display);
-    if (!number) return std::nullopt;
+    return overDisplay<int32_t>([](int fd, const std::string& name, const std::string& data) {
+        return activePid(fd, name, data);
+    });
+}
 
-    std::string name, data;
-    const char* xauth = std::getenv("XAUTHORITY");
-    std::string file = xauth && *xauth ? xauth : FS::home() + "/.Xauthority";
-    char host[256] = {};
-    gethostname(host, sizeof host - 1);
-    if (auto text = FS::readText(file, 1 << 20))
-        if (auto c = cookie(*text, host, *number)) {
-            name = cookieName;
-            data = *c;
-        }
+int closeWindows(int fd, const std::string& authName, const std::string& authData, const std::set<int32_t>& pids) {
+    auto root = setUp(fd, authName, authData);
+    if (!root || pids.empty()) return 0;
+    auto listAtom = internAtom(fd, "_NET_CLIENT_LIST");
+    auto pidAtom = internAtom(fd, "_NET_WM_PID");
+    auto closeAtom = internAtom(fd, "_NET_CLOSE_WINDOW");
+    if (!listAtom || !pidAtom || !closeAtom) return 0;
+    auto windows = property32s(fd, *root, *listAtom, 4096);
+    if (!windows) return 0;
 
-    int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return std::nullopt;
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    std::string path = "/tmp/.X11-unix/X" + *number;
-    std::strncpy(addr.sun_path, path.c_str(), sizeof addr.sun_path - 1);
-    std::optional<int32_t> pid;
-    if (connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) pid = activePid(fd, name, data);
-    close(fd);
-    return pid;
+    int asked = 0;
+    for (uint32_t window : *windows) {
+        auto pid = property32(fd, window, *pidAtom);
+        if (!pid || *pid > INT32_MAX || !pids.contains(static_cast<int32_t>(*pid))) continue;
+        // The window manager closes the window as its own close button would, so that the app
+        // may ask about unsaved work: a ClientMessage to the root, as a pager sends it.
+        std::vector<uint8_t> b = {25, 0}; // SendEvent, no propagation
+        put16(b, 11);
+        put32(b, *root);
+        put32(b, (1u << 19) | (1u << 20)); // SubstructureNotify | SubstructureRedirect
+        b.push_back(33);                    // ClientMessage
+        b.push_back(32);                    // format
+        put16(b, 0);
+        put32(b, window);
+        put32(b, *closeAtom);
+        put32(b, 0); // the current time
+        put32(b, 2); // sent by a pager, on behalf of the user
+        put32(b, 0);
+        put32(b, 0);
+        put32(b, 0);
+        if (!sendAll(fd, b)) return asked;
+        ++asked;
+    }
+    // A round trip, so that the events are with the server before the connection closes.
+    std::vector<uint8_t> sync = {43, 0}; // GetInputFocus
+    put16(sync, 1);
+    if (sendAll(fd, sync)) (void)reply(fd);
+    return asked;
+}
+
+int closeWindows(const std::set<int32_t>& pids) {
+    if (pids.empty()) return 0;
+    return overDisplay<int>([&](int fd, const std::string& name, const std::string& data) {
+               return closeWindows(fd, name, data, pids);
+           }).value_or(0);
 }
 
 } // namespace X11Front

@@ -1,9 +1,11 @@
 #pragma once
-// Which process owns the window with the keyboard, asked of an X11 server in its own wire
-// protocol (a handful of requests), so that the core links no X library. Only an X11 session
-// can tell: under Wayland no app is front.
+// What the program asks of an X11 server, in its own wire protocol (a handful of requests), so
+// that the core links no X library: which process owns the window with the keyboard, and
+// closing an app's windows the way their close buttons would. Only an X11 session can do
+// either: under Wayland no app is front and no window is closed from outside.
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -15,6 +17,13 @@ namespace X11Front {
 
 // The same over an open connection to a server, with its authorisation (may be empty).
 [[nodiscard]] std::optional<int32_t> activePid(int fd, const std::string& authName, const std::string& authData);
+
+// Asks the window manager to close every managed window of these processes (_NET_CLOSE_WINDOW,
+// as a pager would), so that each app may ask about unsaved work first. Gives how many windows
+// were asked; 0 outside an X11 session.
+[[nodiscard]] int closeWindows(const std::set<int32_t>& pids);
+[[nodiscard]] int closeWindows(int fd, const std::string& authName, const std::string& authData,
+                               const std::set<int32_t>& pids);
 
 // The display number of a local DISPLAY value (":0", ":1.0", "unix:0"); absent for a remote one.
 [[nodiscard]] std::optional<std::string> displayNumber(std::string_view display);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -42,6 +43,9 @@ struct FakeServer {
     bool errorOnPid = false;   // answer the pid request with an error
     bool eventFirst = true;    // an event arrives before the first reply
     std::string authName, authData;
+    std::vector<std::pair<uint32_t, uint32_t>> clients; // managed windows and their pids
+    std::vector<uint32_t> closed;                         // windows a close was asked for
+    bool synced = false;                                  // a round trip came after the last close
 
     void serve(int fd) {
         uint8_t head[12];
@@ -91,25 +95,46 @@ struct FakeServer {
                 (void)!write(fd, event.data(), event.size());
                 eventFirst = false;
             }
+            if (req[0] == 25) { // SendEvent: no reply
+                uint32_t destination = get32(&body[0]), mask = get32(&body[4]);
+                const uint8_t* event = &body[8];
+                if (destination == 0x1ab && (mask & (1u << 20)) && event[0] == 33 && event[1] == 32 &&
+                    get32(&event[8]) == 304 && get32(&event[16]) == 2)
+                    closed.push_back(get32(&event[4]));
+                synced = false;
+                continue;
+            }
+            if (req[0] == 43) synced = true; // GetInputFocus
             if (req[0] == 16) { // InternAtom
                 std::string name(body.begin() + 4, body.begin() + 4 + (body[0] | body[1] << 8));
-                uint32_t atom = name == "_NET_ACTIVE_WINDOW" ? 301 : name == "_NET_WM_PID" ? 302 : 0;
+                uint32_t atom = name == "_NET_ACTIVE_WINDOW" ? 301
+                                : name == "_NET_WM_PID"      ? 302
+                                : name == "_NET_CLIENT_LIST" ? 303
+                                : name == "_NET_CLOSE_WINDOW" ? 304
+                                                              : 0;
                 std::memcpy(&out[8], &atom, 4);
             } else if (req[0] == 20) { // GetProperty
                 uint32_t window = get32(&body[0]), atom = get32(&body[4]);
-                uint32_t value = 0;
-                if (window == 0x1ab && atom == 301) value = activeWindow;
-                else if (window == activeWindow && atom == 302) value = windowPid;
+                std::vector<uint32_t> values;
+                if (window == 0x1ab && atom == 301) values = {activeWindow};
+                else if (window == activeWindow && atom == 302) values = {windowPid};
+                else if (window == 0x1ab && atom == 303)
+                    for (auto [w, p] : clients) values.push_back(w);
+                else if (atom == 302)
+                    for (auto [w, p] : clients)
+                        if (w == window) values = {p};
                 if (atom == 302 && errorOnPid) {
                     out[0] = 0;
                     out[1] = 3; // BadWindow
                 } else {
                     out[1] = 32;
-                    out[4] = 1;  // one more word
-                    out[8] = 6;  // CARDINAL
-                    out[16] = 1; // one value
-                    out.resize(36);
-                    std::memcpy(&out[32], &value, 4);
+                    out[4] = static_cast<uint8_t>(values.size()); // words that follow
+                    out[8] = 6;                                   // CARDINAL
+                    out[16] = static_cast<uint8_t>(values.size());
+                    for (uint32_t v : values) {
+                        out.resize(out.size() + 4);
+                        std::memcpy(&out[out.size() - 4], &v, 4);
+                    }
                 }
             }
             (void)!write(fd, out.data(), out.size());
@@ -130,6 +155,21 @@ std::optional<int32_t> ask(FakeServer& server, const std::string& name = "", con
     close(fds[0]);
     close(fds[1]);
     return pid;
+}
+
+int closeOver(FakeServer& server, const std::set<int32_t>& pids) {
+    int fds[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, fds) != 0) return -1;
+    std::thread thread([&] {
+        server.serve(fds[1]);
+        shutdown(fds[1], SHUT_RDWR);
+    });
+    int asked = X11Front::closeWindows(fds[0], "", "", pids);
+    shutdown(fds[0], SHUT_RDWR);
+    thread.join();
+    close(fds[0]);
+    close(fds[1]);
+    return asked;
 }
 
 std::string entry(uint16_t family, const std::string& address, const std::string& number, const std::string& name,
@@ -185,4 +225,24 @@ TEST(X11Front, DisplayAndCookie) {
     EXPECT_FALSE(X11Front::cookie(elsewhere + other, "desk", "0"));
     EXPECT_EQ(X11Front::cookie(elsewhere + wild, "desk", "5"), "secret-w");
     EXPECT_FALSE(X11Front::cookie(mine.substr(0, mine.size() - 3), "desk", "0")); // a cut-off file
+}
+
+TEST(X11Front, ClosesEveryWindowOfTheAppsProcessesAndNoOther) {
+    FakeServer server;
+    server.clients = {{0x500001, 4242}, {0x500002, 777}, {0x500003, 4243}, {0x500004, 4242}};
+    EXPECT_EQ(closeOver(server, {4242, 4243}), 3);
+    EXPECT_EQ(server.closed, (std::vector<uint32_t>{0x500001, 0x500003, 0x500004}));
+    EXPECT_TRUE(server.synced); // the requests reached the server before the connection closed
+
+    FakeServer none;
+    none.clients = {{0x500002, 777}};
+    EXPECT_EQ(closeOver(none, {4242}), 0);
+    EXPECT_TRUE(none.closed.empty());
+    FakeServer refused;
+    refused.refuse = true;
+    refused.clients = {{0x500001, 4242}};
+    EXPECT_EQ(closeOver(refused, {4242}), 0);
+    EXPECT_TRUE(refused.closed.empty());
+    // Outside an X11 session nothing is closed.
+    EXPECT_EQ(X11Front::closeWindows(std::set<int32_t>{}), 0);
 }

@@ -11,8 +11,6 @@ namespace {
 
 std::string seconds(double timeout) { return std::to_string(std::max<long long>(1, std::llround(std::ceil(timeout)))); }
 
-// The session bus as this process found it: with no bus, or no tool to speak to it, every call
-// fails with a sentence that says which.
 class SessionCommands final : public SessionBus {
 public:
     SessionCommands() {
@@ -106,7 +104,9 @@ std::optional<std::pair<CommandSessionBus::Tool, std::string>> CommandSessionBus
     return std::nullopt;
 }
 
+std::unique_ptr<SessionBus> CommandSessionBus::forEnvironment() { return std::make_unique<SessionCommands>(); }
+
 const SessionBus& SessionBus::session() {
-    static const SessionCommands bus;
-    return bus;
+    static const std::unique_ptr<SessionBus> bus = CommandSessionBus::forEnvironment();
+    return *bus;
 }

@@ -3,6 +3,7 @@
 // gdbus), so that the core links no D-Bus library. Each call runs one short program.
 #include "platform/SessionBus.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,6 +28,9 @@ public:
     [[nodiscard]] static std::optional<std::string> sessionAddress();
     // The first of busctl and gdbus that is installed.
     [[nodiscard]] static std::optional<std::pair<Tool, std::string>> installedTool();
+    // The session's bus as this process's environment names it now. Without a bus, or without a
+    // tool to speak to it, every call fails with a sentence that says which.
+    [[nodiscard]] static std::unique_ptr<SessionBus> forEnvironment();
 
 private:
     std::string address;

@@ -1,28 +1,16 @@
 // The --storage report.
-#include "foundation/FS.h"
 #include "foundation/Tools.h"
 #include "platform/Layout.h"
-#include "platform/SwapAreas.h"
+#include "platform/Probe.h"
 #include "storage/StorageScan.h"
 #include "storage/StorageText.h"
 
 #include <chrono>
 #include <cstdio>
 
-namespace {
-
-// Swap in use on disk, as the probe's system reading gives it: the disk-backed areas of
-// /proc/swaps less what zswap keeps in memory. The one place to point at the probe.
-int64_t swapInUse() {
-    auto meminfo = FS::readText("/proc/meminfo", 1 << 20);
-    return SwapAreas::usedOnDisk(SwapAreas::read(), meminfo ? SwapAreas::zswapped(*meminfo) : 0);
-}
-
-} // namespace
-
 void Tools::storageReport() {
     auto start = std::chrono::steady_clock::now();
-    int64_t swap = swapInUse();
+    int64_t swap = Probe::system().swapUsed;
     StorageScan scan(ScanToken::make());
     StorageReport report = scan.run();
     double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

@@ -22,10 +22,5 @@ struct Area {
 
 // A compressed swap device in memory (zram), which takes no disk space.
 [[nodiscard]] bool inMemory(const Area& area);
-// Bytes of swap in use on disk: the areas that are not in memory, less what zswap holds
-// compressed in memory. Never below 0.
-[[nodiscard]] int64_t usedOnDisk(const std::vector<Area>& areas, int64_t zswapped);
-// The Zswapped: figure of /proc/meminfo text, in bytes; 0 when absent.
-[[nodiscard]] int64_t zswapped(std::string_view meminfo);
 
 } // namespace SwapAreas

@@ -2,6 +2,8 @@
 
 #include "foundation/FS.h"
 
+#include "platform/SwapAreas.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -94,15 +96,15 @@ TEST(ProcText, PressureAverages) {
 }
 
 TEST(ProcText, SwapsTellMemoryFromDisk) {
-    auto areas = ProcText::swaps(fixture("swaps-zram-disk")); // no final line feed
+    auto areas = SwapAreas::parse(fixture("swaps-zram-disk")); // no final line feed
     ASSERT_EQ(areas.size(), 2u);
-    EXPECT_EQ(areas[0].name, "/dev/zram0");
-    EXPECT_TRUE(ProcText::inMemory(areas[0]));
-    EXPECT_EQ(areas[1].name, "/swap file");
-    EXPECT_FALSE(ProcText::inMemory(areas[1]));
+    EXPECT_EQ(areas[0].path, "/dev/zram0");
+    EXPECT_TRUE(SwapAreas::inMemory(areas[0]));
+    EXPECT_EQ(areas[1].path, "/swap file");
+    EXPECT_FALSE(SwapAreas::inMemory(areas[1]));
     EXPECT_EQ(areas[1].size, 4194300LL * 1024);
     EXPECT_EQ(areas[1].used, 2097152LL * 1024);
-    EXPECT_TRUE(ProcText::swaps("Filename\tType\tSize\tUsed\tPriority\n").empty());
+    EXPECT_TRUE(SwapAreas::parse("Filename\tType\tSize\tUsed\tPriority\n").empty());
 }
 
 TEST(ProcText, ZramAndVmstatCounters) {

@@ -26,12 +26,6 @@ TEST(SwapAreas, ParsesFilesPartitionsAndEscapedNames) {
     EXPECT_EQ(areas[0].used, 2048 * 1024);
     EXPECT_TRUE(SwapAreas::inMemory(areas[1]));
     EXPECT_FALSE(SwapAreas::inMemory(areas[2]));
-    // zram is memory, not disk; what zswap holds compressed is not on disk either.
-    EXPECT_EQ(SwapAreas::usedOnDisk(areas, 0), 3072 * 1024);
-    EXPECT_EQ(SwapAreas::usedOnDisk(areas, 1024 * 1024), 2048 * 1024);
-    EXPECT_EQ(SwapAreas::usedOnDisk(areas, 9 * GB), 0);
-    EXPECT_EQ(SwapAreas::zswapped("MemTotal: 100 kB\nZswap:  10 kB\nZswapped:     2048 kB\n"), 2048 * 1024);
-    EXPECT_EQ(SwapAreas::zswapped("MemTotal: 100 kB\n"), 0);
     EXPECT_TRUE(SwapAreas::parse("").empty());
     EXPECT_TRUE(SwapAreas::read("/nonexistent/swaps").empty());
 }

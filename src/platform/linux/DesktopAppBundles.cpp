@@ -4,9 +4,9 @@
 #include "foundation/Text.h"
 #include "platform/AppBundles.h"
 #include "platform/Layout.h"
+#include "platform/MountTable.h"
 
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <climits>
@@ -74,21 +74,9 @@ std::map<std::string, TimePoint> gnomeLastSeen(const std::string& file) {
 bool mountKeepsAccessTimes(const std::string& path) {
     struct stat st {};
     if (stat(path.c_str(), &st) != 0) return false;
-    auto text = FS::readText("/proc/self/mountinfo", 4 << 20);
-    if (!text) return false;
-    std::string wanted = std::to_string(major(st.st_dev)) + ":" + std::to_string(minor(st.st_dev));
-    std::size_t best = 0;
-    bool keeps = false;
-    for (const auto& line : Text::split(*text, '\n')) {
-        auto f = Text::split(line, ' ');
-        if (f.size() < 6 || f[2] != wanted) continue;
-        const std::string& mp = f[4];
-        if (!(mp == "/" || path.starts_with(mp + "/")) || mp.size() < best) continue;
-        best = mp.size();
-        auto options = Text::split(f[5], ',');
-        keeps = std::find(options.begin(), options.end(), "noatime") == options.end();
-    }
-    return keeps;
+    auto mounts = MountTable::read();
+    const MountEntry* m = MountTable::holding(mounts, path, st.st_dev);
+    return m && m->keepsAccessTimes();
 }
 
 } // namespace

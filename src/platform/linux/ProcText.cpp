@@ -162,28 +162,6 @@ std::optional<Pressure> pressure(std::string_view text) {
     return p;
 }
 
-std::vector<SwapArea> swaps(std::string_view text) {
-    std::vector<SwapArea> out;
-    bool first = true;
-    for (auto line : lines(text)) {
-        if (first) { // the heading
-            first = false;
-            continue;
-        }
-        auto f = fields(line);
-        if (f.size() < 4) continue;
-        auto size = parse<int64_t>(f[2]);
-        auto used = parse<int64_t>(f[3]);
-        if (!size || !used) continue;
-        // A swap file's name may hold blanks; /proc/swaps writes them as "\040".
-        std::string name = Text::replaceAll(std::string(f[0]), "\\040", " ");
-        out.push_back({std::move(name), std::string(f[1]), *size * 1024, *used * 1024});
-    }
-    return out;
-}
-
-bool inMemory(const SwapArea& area) { return area.name.starts_with("/dev/zram"); }
-
 std::optional<int64_t> zramUsed(std::string_view mmStat) {
     // orig_data_size compr_data_size mem_used_total ...
     auto f = fields(mmStat);

@@ -53,17 +53,6 @@ struct Pressure {
 };
 [[nodiscard]] std::optional<Pressure> pressure(std::string_view text);
 
-// /proc/swaps, sizes in bytes.
-struct SwapArea {
-    std::string name;
-    std::string type;
-    int64_t size = 0;
-    int64_t used = 0;
-};
-[[nodiscard]] std::vector<SwapArea> swaps(std::string_view text);
-// True for swap that lives in memory (a zram device), not on a disk.
-[[nodiscard]] bool inMemory(const SwapArea& area);
-
 // mem_used_total of a zram device's mm_stat: the memory its compressed pages take.
 [[nodiscard]] std::optional<int64_t> zramUsed(std::string_view mmStat);
 

@@ -71,22 +71,4 @@ std::vector<Area> read(const std::string& path) {
 
 bool inMemory(const Area& area) { return area.path.starts_with("/dev/zram"); }
 
-int64_t usedOnDisk(const std::vector<Area>& areas, int64_t zswap) {
-    int64_t used = 0;
-    for (const auto& a : areas)
-        if (!inMemory(a)) used += a.used;
-    return std::max<int64_t>(0, used - std::max<int64_t>(0, zswap));
-}
-
-int64_t zswapped(std::string_view meminfo) {
-    for (const auto& line : Text::split(meminfo, '\n')) {
-        if (!line.starts_with("Zswapped:")) continue;
-        auto f = fields(std::string_view(line).substr(9));
-        if (f.empty()) return 0;
-        int64_t v = kib(f[0]);
-        return v;
-    }
-    return 0;
-}
-
 } // namespace SwapAreas

@@ -1,6 +1,7 @@
 #include "platform/linux/SystemReader.h"
 
 #include "foundation/FS.h"
+#include "platform/SwapAreas.h"
 #include "platform/linux/ProcText.h"
 
 #include <algorithm>
@@ -119,8 +120,8 @@ SystemReading read(const std::string& procRoot, const std::string& sysRoot, int6
     // occupy swap slots without having been written.
     if (auto text = FS::readText(procRoot + "/swaps", 1 << 16)) {
         int64_t size = 0, used = 0;
-        for (const auto& area : ProcText::swaps(*text)) {
-            if (ProcText::inMemory(area)) continue;
+        for (const auto& area : SwapAreas::parse(*text)) {
+            if (SwapAreas::inMemory(area)) continue;
             size += area.size;
             used += area.used;
         }

@@ -1,4 +1,5 @@
 #include "platform/Trash.h"
+#include "platform/MountTable.h"
 
 #include "foundation/FS.h"
 #include "foundation/Text.h"
@@ -137,28 +138,6 @@ struct Fd {
     }
 };
 
-int octal(char c) { return c >= '0' && c <= '7' ? c - '0' : -1; }
-
-// Mountinfo escapes blanks, tabs, newlines and backslashes in paths as \ooo.
-std::string unescapeMount(std::string_view s) {
-    std::string out;
-    for (std::size_t i = 0; i < s.size(); ++i) {
-        if (s[i] == '\\' && i + 3 < s.size() && octal(s[i + 1]) >= 0 && octal(s[i + 2]) >= 0 && octal(s[i + 3]) >= 0) {
-            out += static_cast<char>(octal(s[i + 1]) * 64 + octal(s[i + 2]) * 8 + octal(s[i + 3]));
-            i += 3;
-        } else {
-            out += s[i];
-        }
-    }
-    return out;
-}
-
-bool hasOption(std::string_view options, std::string_view option) {
-    for (const auto& o : Text::split(options, ','))
-        if (o == option) return true;
-    return false;
-}
-
 } // namespace
 
 std::string percentEncode(std::string_view path) {
@@ -231,15 +210,8 @@ std::vector<Mount> mounts(std::string_view mountinfo) {
         "bpf", "autofs", "fusectl", "configfs", "binfmt_misc", "hugetlbfs", "efivarfs", "nsfs", "rpc_pipefs",
         "selinuxfs", "devtmpfs"};
     std::vector<Mount> out;
-    for (const auto& line : Text::split(mountinfo, '\n')) {
-        auto f = Text::split(line, ' ');
-        std::size_t sep = 6;
-        while (sep < f.size() && f[sep] != "-") ++sep;
-        if (f.size() < 7 || sep + 1 >= f.size()) continue;
-        if (virtualKinds.count(f[sep + 1])) continue;
-        bool readOnly = hasOption(f[5], "ro") || (sep + 3 < f.size() && hasOption(f[sep + 3], "ro"));
-        out.push_back({unescapeMount(f[4]), !readOnly});
-    }
+    for (const auto& m : MountTable::parse(mountinfo))
+        if (!virtualKinds.count(m.fsType)) out.push_back({m.point, !m.readOnly()});
     return out;
 }
 

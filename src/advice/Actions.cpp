@@ -69,13 +69,18 @@ std::vector<Noted> settingsHelpers(const AppUsage& app, const Noted& main, const
     return helpers;
 }
 
-// The polite request: the app's own Quit or its windows' close buttons, else the signal it takes
-// as Quit.
-void askToQuit(const AppUsage& app, const Noted& main, const Context& c) {
-    std::set<int32_t> pids(app.pids.begin(), app.pids.end());
-    pids.insert(main.pid);
-    if (c.apps && c.apps->askToQuit(app.bundlePath, pids) != AppControl::Asked::none) return;
+// The polite request: the app's own Quit, else its windows' close buttons, else the signal it
+// takes as Quit. The Chromium family takes an interrupt as Quit and is sent one at once; a
+// browser to relaunch never has its windows closed one by one, since it would then restore only
+// the last of them.
+void askToQuit(const AppUsage& app, const Noted& main, const Context& c, bool relaunching) {
+    if (c.apps && c.apps->quitAction(app.bundlePath)) return;
     const bool interrupt = app.bundleID && c.tables.quitByInterrupt.contains(*app.bundleID);
+    if (!interrupt && !relaunching && c.apps) {
+        std::set<int32_t> pids(app.pids.begin(), app.pids.end());
+        pids.insert(main.pid);
+        if (c.apps->closeWindows(pids) > 0) return;
+    }
     (void)signalChecked(c, main, interrupt ? SIGINT : SIGTERM);
 }
 
@@ -129,7 +134,7 @@ Outcome quit(const AppUsage& app, const Context& c) {
     if (!main) return Outcome::failed(notRunning(app));
     const std::vector<Noted> helpers = settingsHelpers(app, *main, c);
 
-    askToQuit(app, *main, c);
+    askToQuit(app, *main, c, false);
     if (!waitFor(c, 40, [&] { return ended(c, *main); }))
         return Outcome::failed(app.name + " did not quit. It may be asking you something in its window.");
     if (helpers.empty()) return Outcome::done();
@@ -150,7 +155,7 @@ Outcome relaunch(const AppUsage& app, const Context& c) {
     // profile, or it would hand its start over to it and end.
     const std::vector<Noted> all = note(app.pids, c);
 
-    askToQuit(app, *main, c);
+    askToQuit(app, *main, c, true);
     (void)waitFor(c, 100, [&] {
         return ended(c, *main) && std::all_of(all.begin(), all.end(), [&](const Noted& n) { return ended(c, n); });
     });

@@ -1,7 +1,7 @@
 #pragma once
-// Running and starting desktop apps: ask one to quit the way its own menu would, and start one
-// apart from this program without bringing it forward. The polite signal that stands behind a
-// request no means reached is the caller's, since it needs the caller's start-time check.
+// Running and starting desktop apps: ask one to quit the way its own menu would or close its
+// windows, and start one apart from this program without bringing it forward. Which means to
+// try, and the polite signal behind them, are the caller's: the signal needs its start-time check.
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -10,16 +10,13 @@
 
 class AppControl {
 public:
-    enum class Asked {
-        none,    // nothing reached the app; a signal is left
-        action,  // its Quit action, over the session bus
-        windows, // its windows, closed through the window manager
-    };
-
     virtual ~AppControl() = default;
-    // Asks the app of this desktop entry, running as `pids`, to quit: its entry's Quit action on
-    // the session bus where it offers one and runs, else closing its windows. Never forces it.
-    [[nodiscard]] virtual Asked askToQuit(const std::optional<std::string>& entryPath, const std::set<int32_t>& pids) const = 0;
+    // Asks the app of this desktop entry for its own Quit, the action its entry offers on the
+    // session bus, where it offers one and runs now. False when it could not be asked.
+    [[nodiscard]] virtual bool quitAction(const std::optional<std::string>& entryPath) const = 0;
+    // Asks the window manager to close every window of these processes, as their close buttons
+    // would; gives how many windows were asked.
+    [[nodiscard]] virtual int closeWindows(const std::set<int32_t>& pids) const = 0;
     // Starts the app of an installed entry with `arguments` after its own, detached and not
     // raised. A sentence when it could not be started.
     [[nodiscard]] virtual std::optional<std::string> open(const std::string& entryPath,

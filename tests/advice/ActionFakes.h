@@ -81,17 +81,24 @@ public:
 
 class Apps final : public AppControl {
 public:
-    Asked answer = Asked::none;
-    std::function<void()> onAsk; // what the app does when asked
+    bool action = false; // the app answers its Quit action
+    int windows = 0;     // windows found for its processes
+    std::function<void()> onAsk; // what the app does when asked either way
     std::optional<std::string> openProblem;
     std::function<void()> onOpen;
-    mutable std::vector<std::set<int32_t>> asked;
+    mutable int actionsAsked = 0;
+    mutable std::vector<std::set<int32_t>> windowsAsked;
     mutable std::vector<std::pair<std::string, std::vector<std::string>>> opened;
 
-    Asked askToQuit(const std::optional<std::string>&, const std::set<int32_t>& pids) const override {
-        asked.push_back(pids);
-        if (onAsk) onAsk();
-        return answer;
+    bool quitAction(const std::optional<std::string>&) const override {
+        ++actionsAsked;
+        if (action && onAsk) onAsk();
+        return action;
+    }
+    int closeWindows(const std::set<int32_t>& pids) const override {
+        windowsAsked.push_back(pids);
+        if (windows > 0 && onAsk) onAsk();
+        return windows;
     }
     std::optional<std::string> open(const std::string& entryPath, const std::vector<std::string>& arguments) const override {
         opened.emplace_back(entryPath, arguments);

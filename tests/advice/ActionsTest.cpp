@@ -32,29 +32,41 @@ Leftover groupOf(std::vector<int32_t> pids) {
 
 } // namespace
 
-TEST(Actions, QuitByTheAppsOwnQuitSendsNoSignal) {
+TEST(Actions, QuitByTheAppsOwnQuitOrItsWindowsSendsNoSignal) {
     fakes::World w;
     w.processes.start(100, 0);
-    w.apps.answer = AppControl::Asked::action;
+    w.apps.action = true;
     w.apps.onAsk = [&] { w.processes.end(100); };
     auto c = w.context();
     EXPECT_EQ(Actions::quit(appOf(100, {100, 101}, 0), c), Actions::Outcome::done());
-    ASSERT_EQ(w.apps.asked.size(), 1u);
-    EXPECT_EQ(w.apps.asked[0], (std::set<int32_t>{100, 101}));
+    EXPECT_EQ(w.apps.actionsAsked, 1);
+    EXPECT_TRUE(w.apps.windowsAsked.empty());
     EXPECT_TRUE(w.processes.sent.empty());
     EXPECT_EQ(w.waited, 0);
+
+    w.apps.action = false;
+    w.apps.windows = 2;
+    w.processes.start(100, 0);
+    EXPECT_TRUE(Actions::quit(appOf(100, {100, 101}, 0), c).isDone());
+    ASSERT_EQ(w.apps.windowsAsked.size(), 1u);
+    EXPECT_EQ(w.apps.windowsAsked[0], (std::set<int32_t>{100, 101}));
+    EXPECT_TRUE(w.processes.sent.empty());
 }
 
-TEST(Actions, QuitFallsBackToThePoliteSignalAndAnInterruptForChrome) {
+TEST(Actions, QuitFallsBackToThePoliteSignalAndChromesQuitIsAnInterrupt) {
     fakes::World w;
     w.processes.start(100, 0);
     auto c = w.context();
     EXPECT_TRUE(Actions::quit(appOf(100, {100}, 0), c).isDone());
     EXPECT_EQ(w.processes.signalsTo(100), std::vector<int>{SIGTERM});
+    EXPECT_EQ(w.apps.windowsAsked.size(), 1u);
 
+    // Chrome's windows are not closed one by one: its interrupt is its Quit, session and all.
+    w.apps.windows = 3;
     w.processes.start(200, 5);
     EXPECT_TRUE(Actions::quit(appOf(200, {200}, 5, "google-chrome"), c).isDone());
     EXPECT_EQ(w.processes.signalsTo(200), std::vector<int>{SIGINT});
+    EXPECT_EQ(w.apps.windowsAsked.size(), 1u);
 }
 
 TEST(Actions, AnAppThatDoesNotQuitIsNeverForced) {
@@ -79,7 +91,8 @@ TEST(Actions, AnAppThatVanishedOrWhosePidWasReusedIsNotRunning) {
     // Another process now has the app's pid: it is not asked and not signalled.
     w.processes.start(100, 50);
     EXPECT_EQ(Actions::quit(appOf(100, {100}, 0), c), gone);
-    EXPECT_TRUE(w.apps.asked.empty());
+    EXPECT_EQ(w.apps.actionsAsked, 0);
+    EXPECT_TRUE(w.apps.windowsAsked.empty());
     EXPECT_TRUE(w.processes.sent.empty());
 }
 
@@ -117,7 +130,9 @@ TEST(Actions, RelaunchWaitsForEveryProcessThenOpensWithTheTabs) {
         if (!w.processes.running.contains(100) && ++pausesAfterMain == 3) w.processes.end(101); // a renderer ends late
     };
     w.apps.onOpen = [&] { EXPECT_FALSE(w.processes.running.contains(101)) << "opened before the old one had ended"; };
+    w.apps.windows = 2;
     EXPECT_EQ(Actions::relaunch(chrome, c), Actions::Outcome::done());
+    EXPECT_TRUE(w.apps.windowsAsked.empty());
     EXPECT_EQ(w.processes.signalsTo(100), std::vector<int>{SIGINT});
     ASSERT_EQ(w.apps.opened.size(), 1u);
     EXPECT_EQ(w.apps.opened[0].first, chrome.id);
@@ -257,7 +272,8 @@ TEST(Actions, PretendModeTouchesNothing) {
 
     EXPECT_EQ(w.processes.holds, 0);
     EXPECT_TRUE(w.processes.sent.empty());
-    EXPECT_TRUE(w.apps.asked.empty());
+    EXPECT_EQ(w.apps.actionsAsked, 0);
+    EXPECT_TRUE(w.apps.windowsAsked.empty());
     EXPECT_TRUE(w.apps.opened.empty());
     EXPECT_TRUE(w.bus.calls.empty());
 }

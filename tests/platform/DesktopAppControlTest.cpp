@@ -60,34 +60,36 @@ TEST(DesktopAppControl, TheAppsOwnQuitWhenItOffersOneAndRuns) {
     Desktop d;
     DesktopEntry& calc = d.bundles.install("org.gnome.Calculator", "Calculator", "/apps/org.gnome.Calculator.desktop");
     calc.dbusActivatable = true;
+    const std::string path = calc.path;
+    // Not running on the bus: it is not started just to be told to quit.
+    EXPECT_FALSE(d.control.quitAction(path));
+    EXPECT_TRUE(d.bus.methodsCalled().empty());
+
     d.bus.owners = {"org.gnome.Calculator"};
-    EXPECT_EQ(d.control.askToQuit(calc.path, {10, 11}), AppControl::Asked::action);
+    EXPECT_TRUE(d.control.quitAction(path));
     ASSERT_EQ(d.bus.methodsCalled(), std::vector<std::string>{"org.gnome.Calculator.ActivateAction"});
     const BusCall& call = d.bus.calls.back();
     EXPECT_EQ(call.path, "/org/gnome/Calculator");
     EXPECT_EQ(call.interface, "org.freedesktop.Application");
     EXPECT_EQ(call.args, (std::vector<BusValue>{BusValue::string("quit"), BusValue::emptyArray("v"), BusValue::emptyDict("sv")}));
+
+    // Running, but the action fails; an entry without bus activation; no entry at all.
+    d.bus.refusing = {"org.gnome.Calculator"};
+    EXPECT_FALSE(d.control.quitAction(path));
+    d.bundles.install("xterm", "XTerm", "/apps/xterm.desktop");
+    d.bus.owners.insert("xterm");
+    EXPECT_FALSE(d.control.quitAction(std::string("/apps/xterm.desktop")));
+    EXPECT_FALSE(d.control.quitAction(std::nullopt));
     EXPECT_TRUE(d.windowsClosed.empty());
 }
 
-TEST(DesktopAppControl, ElseItsWindowsElseNothing) {
+TEST(DesktopAppControl, WindowsAreClosedThroughTheWindowManager) {
     Desktop d;
-    DesktopEntry& calc = d.bundles.install("org.gnome.Calculator", "Calculator", "/apps/org.gnome.Calculator.desktop");
-    calc.dbusActivatable = true;
-    // Not running on the bus: it is not started just to be told to quit.
     d.windows = 2;
-    EXPECT_EQ(d.control.askToQuit(calc.path, {10}), AppControl::Asked::windows);
-    EXPECT_TRUE(d.bus.methodsCalled().empty());
-    // Running, but the action fails.
-    d.bus.owners = {"org.gnome.Calculator"};
-    d.bus.refusing = {"org.gnome.Calculator"};
-    EXPECT_EQ(d.control.askToQuit(calc.path, {10}), AppControl::Asked::windows);
-    // An entry without bus activation, and no window found.
-    d.bundles.install("xterm", "XTerm", "/apps/xterm.desktop");
-    d.windows = 0;
-    EXPECT_EQ(d.control.askToQuit(std::string("/apps/xterm.desktop"), {20, 21}), AppControl::Asked::none);
+    EXPECT_EQ(d.control.closeWindows({20, 21}), 2);
     EXPECT_EQ(d.windowsClosed.back(), (std::set<int32_t>{20, 21}));
-    EXPECT_EQ(d.control.askToQuit(std::nullopt, {30}), AppControl::Asked::none);
+    EXPECT_EQ(d.control.closeWindows({}), 0);
+    EXPECT_EQ(d.windowsClosed.size(), 1u);
 }
 
 TEST(DesktopAppControl, EntryLinesAndObjectPaths) {

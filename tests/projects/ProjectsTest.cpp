@@ -299,6 +299,9 @@ TEST(Projects, EditorsByTheirProgramsPlace) {
     EXPECT_EQ(Projects::editorName("/opt/pycharm-2024.1/jbr/bin/java", linux), "PyCharm");
     EXPECT_EQ(Projects::editorName("/opt/idea-IU-241.14494.240/bin/idea", linux), "IntelliJ IDEA");
     EXPECT_FALSE(Projects::editorName("/usr/bin/node", linux));
+    // A person or a project named like an editor is not one.
+    EXPECT_FALSE(Projects::editorName("/home/rider/.nvm/versions/node/v20.11.1/bin/node", linux));
+    EXPECT_FALSE(Projects::editorName("/home/u/code/cursor/target/debug/cursor", linux));
     EXPECT_FALSE(Projects::editorName("", linux));
     const ProjectTables mac = ProjectTables::forMacos({});
     EXPECT_EQ(Projects::editorName("/Applications/Visual Studio Code - Insiders.app/Contents/MacOS/Electron", mac),

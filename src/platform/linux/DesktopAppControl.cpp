@@ -9,7 +9,7 @@
 
 DesktopAppControl::DesktopAppControl(const AppBundles& bundles, const SessionBus& bus,
                                      std::function<int(const std::set<int32_t>&)> closeWindows, std::string searchPath)
-    : bundles(bundles), bus(bus), closeWindows(std::move(closeWindows)), searchPath(std::move(searchPath)) {}
+    : bundles(bundles), bus(bus), windowCloser(std::move(closeWindows)), searchPath(std::move(searchPath)) {}
 
 std::string DesktopAppControl::objectPath(const std::string& busName) {
     std::string path = "/";
@@ -26,16 +26,18 @@ std::vector<std::string> DesktopAppControl::commandLine(const DesktopEntry& entr
     return line;
 }
 
-AppControl::Asked DesktopAppControl::askToQuit(const std::optional<std::string>& entryPath,
-                                               const std::set<int32_t>& pids) const {
-    if (entryPath)
-        if (auto entry = bundles.entryAt(*entryPath); entry && entry->dbusActivatable && bus.hasOwner(entry->id)) {
-            BusCall quit{entry->id, objectPath(entry->id), "org.freedesktop.Application", "ActivateAction",
-                         {BusValue::string("quit"), BusValue::emptyArray("v"), BusValue::emptyDict("sv")}};
-            if (bus.call(quit, 5).ok) return Asked::action;
-        }
-    if (closeWindows && closeWindows(pids) > 0) return Asked::windows;
-    return Asked::none;
+bool DesktopAppControl::quitAction(const std::optional<std::string>& entryPath) const {
+    if (!entryPath) return false;
+    auto entry = bundles.entryAt(*entryPath);
+    // Only a running app is asked: the bus would otherwise start one just to tell it to quit.
+    if (!entry || !entry->dbusActivatable || !bus.hasOwner(entry->id)) return false;
+    BusCall quit{entry->id, objectPath(entry->id), "org.freedesktop.Application", "ActivateAction",
+                 {BusValue::string("quit"), BusValue::emptyArray("v"), BusValue::emptyDict("sv")}};
+    return bus.call(quit, 5).ok;
+}
+
+int DesktopAppControl::closeWindows(const std::set<int32_t>& pids) const {
+    return windowCloser && !pids.empty() ? windowCloser(pids) : 0;
 }
 
 std::optional<std::string> DesktopAppControl::open(const std::string& entryPath, const std::vector<std::string>& arguments) const {

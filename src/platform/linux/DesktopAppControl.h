@@ -1,7 +1,7 @@
 #pragma once
 // Apps of the desktop: asked to quit by their entry's Quit action on the session bus (the way
-// GNOME and KDE apps expose their own menu) or by closing their windows; started from their
-// entry's Exec= line.
+// GNOME and KDE apps expose their own menu), their windows closed through the window manager,
+// started from their entry's Exec= line.
 #include "platform/AppBundles.h"
 #include "platform/AppControl.h"
 #include "platform/SessionBus.h"
@@ -15,7 +15,8 @@ public:
     DesktopAppControl(const AppBundles& bundles, const SessionBus& bus,
                       std::function<int(const std::set<int32_t>&)> closeWindows, std::string searchPath);
 
-    [[nodiscard]] Asked askToQuit(const std::optional<std::string>& entryPath, const std::set<int32_t>& pids) const override;
+    [[nodiscard]] bool quitAction(const std::optional<std::string>& entryPath) const override;
+    [[nodiscard]] int closeWindows(const std::set<int32_t>& pids) const override;
     [[nodiscard]] std::optional<std::string> open(const std::string& entryPath,
                                                   const std::vector<std::string>& arguments) const override;
 
@@ -29,6 +30,6 @@ public:
 private:
     const AppBundles& bundles;
     const SessionBus& bus;
-    std::function<int(const std::set<int32_t>&)> closeWindows;
+    std::function<int(const std::set<int32_t>&)> windowCloser;
     std::string searchPath;
 };

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -68,6 +69,19 @@ std::vector<std::string> children(const std::string& path) {
     }
     closedir(dir);
     return names;
+}
+
+std::vector<std::string> sortedChildren(const std::string& path) {
+    auto names = children(path);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::optional<std::string> readLink(const std::string& path) {
+    char buf[4096];
+    ssize_t n = readlink(path.c_str(), buf, sizeof buf);
+    if (n <= 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
+    return std::string(buf, static_cast<std::size_t>(n));
 }
 
 std::optional<TimePoint> mtime(const std::string& path) {

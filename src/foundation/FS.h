@@ -28,6 +28,9 @@ namespace FS {
 [[nodiscard]] bool isFile(const std::string& path);       // lstat says regular file
 [[nodiscard]] bool isExecutableFile(const std::string& path); // follows links, regular and executable
 [[nodiscard]] std::vector<std::string> children(const std::string& path); // unsorted, hidden included
+[[nodiscard]] std::vector<std::string> sortedChildren(const std::string& path); // ascending by bytes
+// The target of a symbolic link; absent when it is none or cannot be read.
+[[nodiscard]] std::optional<std::string> readLink(const std::string& path);
 [[nodiscard]] std::optional<TimePoint> mtime(const std::string& path);    // whole seconds, by lstat
 // When the file came into being: the birth time where the file system keeps it, else its mtime.
 [[nodiscard]] std::optional<TimePoint> birthTime(const std::string& path);

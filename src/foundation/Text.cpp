@@ -140,6 +140,11 @@ std::string lower(std::string_view s) {
     return out;
 }
 
+std::string upperFirst(std::string s) {
+    if (!s.empty() && s[0] >= 'a' && s[0] <= 'z') s[0] = static_cast<char>(s[0] - 'a' + 'A');
+    return s;
+}
+
 std::vector<std::string> split(std::string_view s, char sep, bool keepEmpty) {
     std::vector<std::string> parts;
     std::size_t start = 0;

@@ -21,6 +21,8 @@ namespace Text {
 // Trims blanks, tabs, carriage returns and line feeds from both ends.
 [[nodiscard]] std::string trim(std::string_view s);
 [[nodiscard]] std::string lower(std::string_view s);
+// The text with its first letter in upper case (ASCII letters only).
+[[nodiscard]] std::string upperFirst(std::string s);
 [[nodiscard]] std::vector<std::string> split(std::string_view s, char sep, bool keepEmpty = false);
 [[nodiscard]] std::string join(const std::vector<std::string>& parts, std::string_view sep);
 [[nodiscard]] std::string replaceAll(std::string s, std::string_view from, std::string_view to);

@@ -2,6 +2,7 @@
 
 #include "foundation/AtomicFile.h"
 #include "foundation/FS.h"
+#include "foundation/JsonRead.h"
 #include "foundation/Support.h"
 #include "foundation/Text.h"
 #include "foundation/Tools.h"
@@ -17,61 +18,7 @@ using nlohmann::json;
 
 namespace {
 
-// A decoding failure anywhere fails the whole file; it never leaves this file.
-struct Invalid : std::runtime_error {
-    Invalid() : std::runtime_error("invalid history file") {}
-};
-
-const json& need(const json& j, const char* key) {
-    if (!j.is_object()) throw Invalid();
-    auto it = j.find(key);
-    if (it == j.end()) throw Invalid();
-    return *it;
-}
-
-const json* maybe(const json& j, const char* key) {
-    auto it = j.find(key);
-    if (it == j.end() || it->is_null()) return nullptr;
-    return &*it;
-}
-
-TimePoint date(const json& v) {
-    if (!v.is_number()) throw Invalid();
-    return fromSeconds(v.get<double>());
-}
-
-int64_t integer(const json& v) {
-    if (v.is_number_integer()) return v.get<int64_t>();
-    if (v.is_number_float()) {
-        double d = v.get<double>();
-        if (std::trunc(d) != d) throw Invalid();
-        return static_cast<int64_t>(d);
-    }
-    throw Invalid();
-}
-
-std::string text(const json& v) {
-    if (!v.is_string()) throw Invalid();
-    return v.get<std::string>();
-}
-
-const json& array(const json& v) {
-    if (!v.is_array()) throw Invalid();
-    return v;
-}
-
-std::map<std::string, TimePoint> dates(const json& v) {
-    if (!v.is_object()) throw Invalid();
-    std::map<std::string, TimePoint> out;
-    for (const auto& [k, d] : v.items()) out[k] = date(d);
-    return out;
-}
-
-json encodeDates(const std::map<std::string, TimePoint>& m) {
-    json j = json::object();
-    for (const auto& [k, d] : m) j[k] = secondsSince1970(d);
-    return j;
-}
+using namespace JsonRead;
 
 json encodePlace(const GrowthPlace& p) {
     return json{{"name", p.name}, {"location", p.location}, {"bytes", p.bytes}, {"bucket", GrowthBuckets::raw(p.bucket)}};

@@ -15,21 +15,10 @@
 
 namespace {
 
-std::vector<std::string> sortedChildren(const std::string& folder) {
-    auto names = FS::children(folder);
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-std::string upperFirst(std::string s) {
-    if (!s.empty() && s[0] >= 'a' && s[0] <= 'z') s[0] = static_cast<char>(s[0] - 'a' + 'A');
-    return s;
-}
-
 // The last non-empty piece of a dotted name, with its first letter in upper case.
 std::string lastPiece(const std::string& dotted) {
     auto pieces = Text::split(dotted, '.');
-    return upperFirst(pieces.empty() ? dotted : pieces.back());
+    return Text::upperFirst(pieces.empty() ? dotted : pieces.back());
 }
 
 bool containsIgnoringCase(std::string_view text, std::string_view part) {
@@ -140,14 +129,14 @@ Scanner::CacheLabel Scanner::cacheLabel(const std::string& name) const {
         return {word + " update files", update, {}, true};
     }
     if (Text::lower(name).ends_with("updater")) {
-        std::string word = upperFirst(trimChars(removeIgnoringCase(name, "updater"), "@-_. "));
+        std::string word = Text::upperFirst(trimChars(removeIgnoringCase(name, "updater"), "@-_. "));
         return {word + " update files", update, {}, true};
     }
     if (name.find('.') != std::string::npos) {
         if (auto word = appName(name)) return {*word + " cache", "Rebuilt as you use " + *word, {name}, false};
         return {lastPiece(name) + " cache", "Rebuilt as you use the app", {name}, false};
     }
-    return {upperFirst(name) + " cache", "Rebuilt as you use it", {}, false};
+    return {Text::upperFirst(name) + " cache", "Rebuilt as you use it", {}, false};
 }
 
 std::vector<std::string> Scanner::supportAppIds(const std::string& name, const std::string& pretty) const {
@@ -213,7 +202,7 @@ std::optional<Candidate> Scanner::flatpakCache(const std::string& appId) const {
     std::string folder = layout.scan.flatpakApps + "/" + appId + "/cache";
     if (!FS::isDir(folder)) return std::nullopt;
     std::vector<std::string> paths;
-    for (const auto& name : sortedChildren(folder))
+    for (const auto& name : FS::sortedChildren(folder))
         if (!name.starts_with(".")) paths.push_back(folder + "/" + name);
     if (paths.empty()) return std::nullopt;
     auto c = userCache(folder, appId);
@@ -228,14 +217,14 @@ std::optional<Candidate> Scanner::snapCache(const std::string& snap) const {
     std::string folder = layout.scan.snapApps + "/" + snap + "/common/.cache";
     if (!FS::isDir(folder)) return std::nullopt;
     std::vector<std::string> paths;
-    for (const auto& name : sortedChildren(folder))
+    for (const auto& name : FS::sortedChildren(folder))
         if (!name.starts_with(".")) paths.push_back(folder + "/" + name);
     if (paths.empty()) return std::nullopt;
     // The desktop id of a snap's main app is "<snap>_<snap>".
     const std::string appId = snap + "_" + snap;
     const auto& names = layout.scan.appNames;
     auto known = names.find(snap);
-    std::string word = known != names.end() ? known->second : appName(appId).value_or(upperFirst(snap));
+    std::string word = known != names.end() ? known->second : appName(appId).value_or(Text::upperFirst(snap));
     Staleness s = kind({appId}, folder);
     Candidate c;
     c.id = "cache:snap:" + snap;
@@ -257,7 +246,7 @@ std::vector<Candidate> Scanner::userCaches() {
     // Where the user caches are the XDG cache too, model folders are offered by the XDG rule.
     const bool xdgToo = layout.caches == layout.xdgCache;
     std::vector<Candidate> out;
-    for (const auto& name : sortedChildren(layout.caches)) {
+    for (const auto& name : FS::sortedChildren(layout.caches)) {
         std::string path = layout.caches + "/" + name;
         if (!FS::isDir(path)) continue;
         if (name.starts_with(".")) continue;
@@ -271,10 +260,10 @@ std::vector<Candidate> Scanner::userCaches() {
         if (auto c = userCache(path, name)) out.push_back(std::move(*c));
     }
     if (!t.flatpakApps.empty())
-        for (const auto& appId : sortedChildren(t.flatpakApps))
+        for (const auto& appId : FS::sortedChildren(t.flatpakApps))
             if (auto c = flatpakCache(appId)) out.push_back(std::move(*c));
     if (!t.snapApps.empty())
-        for (const auto& snap : sortedChildren(t.snapApps))
+        for (const auto& snap : FS::sortedChildren(t.snapApps))
             if (auto c = snapCache(snap)) out.push_back(std::move(*c));
     return out;
 }
@@ -319,7 +308,7 @@ std::vector<Candidate> Scanner::appCaches() {
                            [&](const std::string& p) { return name.starts_with(p); });
     };
     std::vector<Candidate> out;
-    for (const auto& name : sortedChildren(layout.appSupport)) {
+    for (const auto& name : FS::sortedChildren(layout.appSupport)) {
         if (skipped(name)) continue;
         std::string path = layout.appSupport + "/" + name;
         if (!FS::isDir(path) || ownFolder(path)) continue;
@@ -327,9 +316,9 @@ std::vector<Candidate> Scanner::appCaches() {
     }
     // A sandboxed app's own config folder belongs to that app alone.
     if (!t.flatpakApps.empty())
-        for (const auto& appId : sortedChildren(t.flatpakApps)) {
+        for (const auto& appId : FS::sortedChildren(t.flatpakApps)) {
             std::string config = t.flatpakApps + "/" + appId + "/config";
-            for (const auto& name : sortedChildren(config)) {
+            for (const auto& name : FS::sortedChildren(config)) {
                 if (skipped(name)) continue;
                 std::string path = config + "/" + name;
                 if (!FS::isDir(path)) continue;

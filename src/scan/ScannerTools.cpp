@@ -13,17 +13,6 @@
 
 namespace {
 
-std::vector<std::string> sortedChildren(const std::string& folder) {
-    auto names = FS::children(folder);
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-std::string upperFirst(std::string s) {
-    if (!s.empty() && s[0] >= 'a' && s[0] <= 'z') s[0] = static_cast<char>(s[0] - 'a' + 'A');
-    return s;
-}
-
 // "v20.11.1" as {20, 11, 1}; a piece that is no number counts 0.
 std::vector<long long> versionParts(const std::string& name) {
     std::string_view s = name;
@@ -73,7 +62,7 @@ std::optional<Candidate> Scanner::npxRow() const {
     if (folder.empty()) return std::nullopt;
     std::vector<std::string> paths;
     int inUse = 0;
-    for (const auto& name : sortedChildren(folder)) {
+    for (const auto& name : FS::sortedChildren(folder)) {
         if (name.starts_with(".")) continue;
         // A tool that a running process uses must stay.
         if (busyNpx.contains(name)) {
@@ -105,7 +94,7 @@ std::vector<Candidate> Scanner::xdgCaches() const {
     // Where the XDG cache is the user caches folder too, only model folders are left to this rule.
     const bool modelsOnly = layout.caches == layout.xdgCache;
     std::vector<Candidate> out;
-    for (const auto& name : sortedChildren(layout.xdgCache)) {
+    for (const auto& name : FS::sortedChildren(layout.xdgCache)) {
         if (name.starts_with(".") || t.ownRowCaches.contains(name)) continue;
         std::string path = layout.xdgCache + "/" + name;
         if (!FS::isDir(path) || ownFolder(path)) continue;
@@ -114,7 +103,7 @@ std::vector<Candidate> Scanner::xdgCaches() const {
         c.paths = {path};
         if (t.modelDirs.contains(name)) {
             c.id = "models:" + name;
-            c.name = upperFirst(name) + " models";
+            c.name = Text::upperFirst(name) + " models";
             c.note = "Downloaded models. Slow to fetch again";
             c.tier = Tier::yourCall;
             c.removal = Removal::trash();
@@ -124,7 +113,7 @@ std::vector<Candidate> Scanner::xdgCaches() const {
             if (modelsOnly) continue;
             auto named = t.xdgNames.find(name);
             c.id = "xdg:" + name;
-            c.name = named != t.xdgNames.end() ? named->second : upperFirst(name) + " cache";
+            c.name = named != t.xdgNames.end() ? named->second : Text::upperFirst(name) + " cache";
             c.note = "Downloaded again when needed";
             c.tier = Tier::safe;
             c.removal = Removal::deleteForGood();
@@ -196,7 +185,7 @@ std::vector<Candidate> Scanner::toolCaches() {
 
     if (!layout.logs.empty()) {
         std::vector<std::string> paths;
-        for (const auto& name : sortedChildren(layout.logs))
+        for (const auto& name : FS::sortedChildren(layout.logs))
             if (!name.starts_with(".")) paths.push_back(layout.logs + "/" + name);
         // The folder itself stays: only what is in it is cleared.
         if (!paths.empty()) {
@@ -257,7 +246,7 @@ std::vector<Candidate> Scanner::nodeVersions() {
     const auto& t = layout.scan;
     if (t.nodeVersions.empty()) return {};
     std::vector<std::string> versions;
-    for (const auto& name : sortedChildren(t.nodeVersions))
+    for (const auto& name : FS::sortedChildren(t.nodeVersions))
         if (name.starts_with("v")) versions.push_back(name);
     // One version is never offered.
     if (versions.size() < 2) return {};

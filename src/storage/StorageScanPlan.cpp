@@ -11,12 +11,6 @@
 
 namespace {
 
-std::vector<std::string> sortedChildren(const std::string& folder) {
-    auto names = FS::children(folder);
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 bool below(const std::string& path, const std::string& folder) {
     return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
 }
@@ -88,7 +82,7 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
         return;
     case Action::split:
         if (!FS::isDir(path)) return;
-        for (const std::string& name : sortedChildren(path)) {
+        for (const std::string& name : FS::sortedChildren(path)) {
             if (rule.skipHidden && name.starts_with(".")) continue;
             if (rule.skipNames.contains(name)) continue;
             std::string child = path + "/" + name;
@@ -179,7 +173,7 @@ void StorageScan::planAssetsAndTemporary() {
     const StorageTables& t = layout.storage;
     if (!t.assetsRoot.empty()) {
         auto reveal = StorageKinds::folder(StorageKind::assets, layout);
-        for (const std::string& name : sortedChildren(t.assetsRoot)) {
+        for (const std::string& name : FS::sortedChildren(t.assetsRoot)) {
             if (name.starts_with(".")) continue;
             std::string title = assetTitle(name, t);
             add(Unit{.path = t.assetsRoot + "/" + name,
@@ -202,7 +196,7 @@ void StorageScan::planAssetsAndTemporary() {
         for (const auto& [item, facts] : appFacts)
             if (facts.entry)
                 if (auto snap = AppInstalls::snapName(*facts.entry, t)) appSnaps.insert(*snap);
-        for (const std::string& name : sortedChildren(t.snapFilesDir)) {
+        for (const std::string& name : FS::sortedChildren(t.snapFilesDir)) {
             auto snap = AppInstalls::snapOfFile(name);
             std::string path = t.snapFilesDir + "/" + name;
             if (!snap || !FS::isFile(path)) continue;
@@ -250,7 +244,7 @@ void StorageScan::plan() {
         for (auto it = t.rules.lower_bound(prefix); it != t.rules.end() && it->first.starts_with(prefix); ++it)
             if (ruled.insert(it->first).second) planRule(it->first, it->second);
     };
-    for (const std::string& name : sortedChildren(home)) {
+    for (const std::string& name : FS::sortedChildren(home)) {
         ruled.insert(home + "/" + name);
         planHomeEntry(name);
         planRulesBelow(home + "/" + name);

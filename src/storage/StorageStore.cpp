@@ -2,6 +2,7 @@
 
 #include "foundation/AtomicFile.h"
 #include "foundation/FS.h"
+#include "foundation/JsonRead.h"
 #include "foundation/Support.h"
 #include "foundation/Tools.h"
 
@@ -15,54 +16,7 @@ namespace StorageStore {
 
 namespace {
 
-// A decoding failure anywhere fails the whole file; this never leaves this file.
-struct Invalid : std::runtime_error {
-    Invalid() : std::runtime_error("invalid storage file") {}
-};
-
-const json& need(const json& j, const char* key) {
-    auto it = j.find(key);
-    if (it == j.end()) throw Invalid();
-    return *it;
-}
-
-const json* maybe(const json& j, const char* key) {
-    auto it = j.find(key);
-    if (it == j.end() || it->is_null()) return nullptr;
-    return &*it;
-}
-
-std::string text(const json& v) {
-    if (!v.is_string()) throw Invalid();
-    return v.get<std::string>();
-}
-
-int64_t integer(const json& v) {
-    if (v.is_number_integer()) return v.get<int64_t>();
-    if (v.is_number_float()) {
-        double d = v.get<double>();
-        if (d != static_cast<double>(static_cast<int64_t>(d))) throw Invalid();
-        return static_cast<int64_t>(d);
-    }
-    throw Invalid();
-}
-
-double number(const json& v) {
-    if (!v.is_number()) throw Invalid();
-    return v.get<double>();
-}
-
-bool boolean(const json& v) {
-    if (!v.is_boolean()) throw Invalid();
-    return v.get<bool>();
-}
-
-const json& array(const json& v) {
-    if (!v.is_array()) throw Invalid();
-    return v;
-}
-
-TimePoint date(const json& v) { return fromSeconds(number(v)); }
+using namespace JsonRead;
 
 StorageKind storageKind(const json& v) {
     auto k = StorageKinds::fromRaw(text(v));

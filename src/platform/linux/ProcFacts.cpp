@@ -16,13 +16,6 @@ namespace {
 
 constexpr unsigned long kernelThreadFlag = 0x00200000; // PF_KTHREAD
 
-std::optional<std::string> readLink(const std::string& path) {
-    char buf[4096];
-    ssize_t n = readlink(path.c_str(), buf, sizeof buf);
-    if (n < 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
-    return std::string(buf, static_cast<std::size_t>(n));
-}
-
 bool isPid(std::string_view name) {
     if (name.empty()) return false;
     for (char c : name)
@@ -60,14 +53,14 @@ std::vector<ProcInfo> processes(const std::string& procRoot, uint32_t uid, int32
         auto statText = readText(base + "/stat", 4096);
         if (!statText) continue;
         if (auto flags = statFlags(*statText); !flags || (*flags & kernelThreadFlag)) continue;
-        auto cwd = readLink(base + "/cwd");
+        auto cwd = FS::readLink(base + "/cwd");
         if (!cwd) continue;
         ProcInfo info;
         info.pid = pid;
         auto comm = readText(base + "/comm", 256);
         info.name = comm ? Text::trim(*comm) : std::string();
         info.cwd = *cwd;
-        if (auto exe = readLink(base + "/exe")) {
+        if (auto exe = FS::readLink(base + "/exe")) {
             constexpr std::string_view deleted = " (deleted)";
             if (std::string_view(*exe).ends_with(deleted)) exe->resize(exe->size() - deleted.size());
             info.exe = *exe;
@@ -105,7 +98,7 @@ std::optional<std::vector<std::string>> openPaths(const std::string& procRoot, i
     std::vector<std::string> paths;
     while (dirent* e = readdir(dir)) {
         if (e->d_name[0] == '.') continue;
-        auto target = readLink(fdDir + "/" + e->d_name);
+        auto target = FS::readLink(fdDir + "/" + e->d_name);
         // Sockets, pipes and anonymous inodes are not paths.
         if (target && !target->empty() && target->front() == '/') paths.push_back(std::move(*target));
     }

@@ -11,17 +11,6 @@
 
 namespace ProcPorts {
 
-namespace {
-
-std::optional<std::string> readLink(const std::string& path) {
-    char buf[4096];
-    ssize_t n = readlink(path.c_str(), buf, sizeof buf);
-    if (n < 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
-    return std::string(buf, static_cast<std::size_t>(n));
-}
-
-} // namespace
-
 std::vector<int> listening(const std::string& procRoot, int32_t pid) {
     const std::string base = procRoot + "/" + std::to_string(pid);
     std::map<uint64_t, int> sockets;
@@ -36,7 +25,7 @@ std::vector<int> listening(const std::string& procRoot, int32_t pid) {
     if (!dir) return {};
     while (dirent* e = readdir(dir)) {
         if (e->d_name[0] == '.') continue;
-        auto link = readLink(fdDir + "/" + e->d_name);
+        auto link = FS::readLink(fdDir + "/" + e->d_name);
         if (!link) continue;
         if (auto inode = ProcText::socketInode(*link))
             if (auto it = sockets.find(*inode); it != sockets.end()) ports.insert(it->second);
@@ -46,7 +35,7 @@ std::vector<int> listening(const std::string& procRoot, int32_t pid) {
 }
 
 std::optional<std::string> cwd(const std::string& procRoot, int32_t pid) {
-    auto link = readLink(procRoot + "/" + std::to_string(pid) + "/cwd");
+    auto link = FS::readLink(procRoot + "/" + std::to_string(pid) + "/cwd");
     if (!link || link->empty()) return std::nullopt;
     constexpr std::string_view deleted = " (deleted)";
     if (std::string_view(*link).ends_with(deleted)) link->resize(link->size() - deleted.size());

@@ -16,13 +16,6 @@ namespace ProcReader {
 
 namespace {
 
-std::optional<std::string> readLink(const std::string& path) {
-    char buf[4096];
-    ssize_t n = readlink(path.c_str(), buf, sizeof buf);
-    if (n < 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
-    return std::string(buf, static_cast<std::size_t>(n));
-}
-
 std::optional<int32_t> pidName(const char* name) {
     if (!*name) return std::nullopt;
     int64_t v = 0;
@@ -71,7 +64,7 @@ std::vector<Entry> read(const std::string& procRoot, const Options& options) {
         r.pid = *pid;
         r.ppid = stat->ppid;
         r.name = stat->name;
-        if (auto exe = readLink(base + "/exe")) {
+        if (auto exe = FS::readLink(base + "/exe")) {
             constexpr std::string_view deleted = " (deleted)";
             if (std::string_view(*exe).ends_with(deleted)) exe->resize(exe->size() - deleted.size());
             r.exe = std::move(*exe);

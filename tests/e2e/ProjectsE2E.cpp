@@ -11,6 +11,7 @@
 #include "projects/Projects.h"
 #include "support/FakeAppBundles.h"
 #include "support/RunProgram.h"
+#include "support/ChildProcess.h"
 #include "support/TempTree.h"
 
 #include <fcntl.h>
@@ -40,31 +41,6 @@ void reserve(const std::string& path, int64_t bytes) {
     ASSERT_EQ(posix_fallocate(fd, 0, bytes), 0) << path;
     close(fd);
 }
-
-// A child that lives until the test ends: `argv` run from `program` in `cwd`.
-class Child {
-public:
-    Child(const std::string& program, std::vector<std::string> argv, const std::string& cwd) {
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        for (int fd = 0; fd < 3; ++fd) posix_spawn_file_actions_addopen(&actions, fd, "/dev/null", O_RDWR, 0);
-        posix_spawn_file_actions_addchdir_np(&actions, cwd.c_str());
-        std::vector<char*> args;
-        for (auto& a : argv) args.push_back(a.data());
-        args.push_back(nullptr);
-        if (posix_spawn(&pid, program.c_str(), &actions, nullptr, args.data(), environ) != 0) pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    ~Child() {
-        if (pid > 0) {
-            kill(pid, SIGKILL);
-            waitpid(pid, nullptr, 0);
-        }
-    }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-    pid_t pid = -1;
-};
 
 // A copy of sleep under another name: the kernel names the process after the file.
 std::string sleeper(const TempTree& h, const std::string& name) {
@@ -109,9 +85,9 @@ TEST(ProjectsE2E, CardsInOrderWithTheirFiguresAndTheSharedPackages) {
 
     // Work in the api project: a Claude session, an MCP server and a server that listens.
     h.dir("code/api/src");
-    Child claude(sleeper(h, "claude"), {"claude", "600"}, h.path("code/api"));
-    Child mcp(sleeper(h, "mcp-server-files"), {"mcp-server-files", "600"}, h.path("code/api/src"));
-    Child server("/usr/bin/perl",
+    ChildProcess claude(sleeper(h, "claude"), {"claude", "600"}, h.path("code/api"));
+    ChildProcess mcp(sleeper(h, "mcp-server-files"), {"mcp-server-files", "600"}, h.path("code/api/src"));
+    ChildProcess server("/usr/bin/perl",
                  {"perl", "-MIO::Socket::INET", "-e",
                   "my $s = IO::Socket::INET->new(Listen => 5, LocalAddr => '127.0.0.1', LocalPort => 0) or die; sleep 600"},
                  h.path("code/api"));
@@ -178,7 +154,7 @@ TEST(ProjectsE2E, ARealOrphanedProcessMakesItsProjectsCardALeftoverCard) {
     h.dir("code/tool/scripts");
     h.dir("code/web/.git");
     const std::string node = sleeper(h, "node");
-    Child working(node, {"node", "600"}, h.path("code/web"));
+    ChildProcess working(node, {"node", "600"}, h.path("code/web"));
     ASSERT_GT(working.pid, 0);
 
     // The orphan: started by a child that ends at once, so that it is adopted.

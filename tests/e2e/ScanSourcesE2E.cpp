@@ -6,6 +6,7 @@
 #include "foundation/Fmt.h"
 #include "foundation/Text.h"
 #include "support/RunProgram.h"
+#include "support/ChildProcess.h"
 #include "support/TempTree.h"
 
 #include <fcntl.h>
@@ -25,31 +26,6 @@ namespace {
 
 constexpr int64_t MiB = 1 << 20;
 constexpr double day = 86'400;
-
-// A child that lives until the test ends: `program` run as `argv0` in `cwd`.
-class Child {
-public:
-    Child(const std::string& program, const std::string& argv0, const std::string& cwd) {
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        for (int fd = 0; fd < 3; ++fd) posix_spawn_file_actions_addopen(&actions, fd, "/dev/null", O_RDWR, 0);
-        posix_spawn_file_actions_addchdir_np(&actions, cwd.c_str());
-        std::string a0 = argv0, seconds = "600";
-        char* argv[] = {a0.data(), seconds.data(), nullptr};
-        // glibc returns only once the child has replaced itself with the program.
-        if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv, environ) != 0) pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    ~Child() {
-        if (pid > 0) {
-            kill(pid, SIGKILL);
-            waitpid(pid, nullptr, 0);
-        }
-    }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-    pid_t pid = -1;
-};
 
 // The report's rows by tier title, in printed order.
 std::map<std::string, std::vector<std::string>> tiers(const std::string& out) {
@@ -166,8 +142,8 @@ TEST(ScanSourcesE2E, DeveloperHomeListsEachSourceInItsTier) {
 
     h.file("Downloads/ubuntu-24.04.iso", 120 * MiB);
 
-    Child npxTool("/bin/sleep", h.path(".npm/_npx/ccc333/node_modules/.bin/serve"), "/");
-    Child nodeInProject(oldNode, oldNode, h.path("code/api/packages/a"));
+    ChildProcess npxTool("/bin/sleep", {h.path(".npm/_npx/ccc333/node_modules/.bin/serve"), "600"}, "/");
+    ChildProcess nodeInProject(oldNode, {oldNode, "600"}, h.path("code/api/packages/a"));
     ASSERT_GT(npxTool.pid, 0);
     ASSERT_GT(nodeInProject.pid, 0);
 

@@ -11,7 +11,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -20,7 +19,6 @@
 #include <filesystem>
 #include <map>
 
-extern char** environ;
 
 namespace {
 

@@ -4,7 +4,9 @@
 #include "foundation/Time.h"
 #include "platform/DesktopEntry.h"
 
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,4 +47,18 @@ public:
 private:
     std::vector<DesktopEntry> entries;
     std::string gnomeStatePath;
+    // Indexes built once: the entries never change while the program runs.
+    std::map<std::string, std::size_t> byId, byPath;
+    // Each entry's program (as written and resolved) to the entry's rank: visible entries
+    // first, then helper entries, each in folder order.
+    std::map<std::string, std::size_t> rankByProgram;
+    std::vector<std::size_t> ranked; // rank to entry index
+
+    // The monitor asks for the same programs at every sample; each is resolved once. The last-
+    // used sources are read again only when they change.
+    mutable std::mutex lock;
+    mutable std::map<std::string, std::optional<std::size_t>> askedPrograms;
+    mutable std::optional<int64_t> gnomeStateStamp;
+    mutable std::map<std::string, TimePoint> gnomeSeen;
+    mutable std::map<uint64_t, bool> deviceKeepsAccessTimes;
 };

@@ -80,3 +80,26 @@ TEST(DesktopAppBundles, PrecedenceHiddenAndLookups) {
     ASSERT_TRUE(used);
     EXPECT_EQ(secondsSince1970(*used), 1700000000);
 }
+
+TEST(DesktopAppBundles, VisibleEntriesWinAndTheLastUsedRecordIsReadAgainWhenItChanges) {
+    TempTree t;
+    t.file("bin/player", 10);
+    chmod(t.path("bin/player").c_str(), 0755);
+    // A helper entry comes first in folder order; the visible one still names the program.
+    t.text("apps/a-helper.desktop", "[Desktop Entry]\nType=Application\nName=Helper\nNoDisplay=true\nExec=" +
+                                        t.path("bin/player") + " --daemon\n");
+    t.text("apps/player.desktop", "[Desktop Entry]\nType=Application\nName=Player\nExec=player %U\n");
+    DesktopAppBundles apps({t.path("apps")}, t.path("state"), t.path("bin"));
+    auto byExe = apps.entryForExecutable(t.path("bin/player"));
+    ASSERT_TRUE(byExe);
+    EXPECT_EQ(byExe->id, "player");
+    EXPECT_EQ(apps.entryForExecutable(t.path("bin/player"))->id, "player"); // answered again from memory
+
+    auto player = apps.entry("player");
+    ASSERT_TRUE(player);
+    t.text("state", "<application id=\"player.desktop\" last-seen=\"1700000000\"/>");
+    EXPECT_EQ(secondsSince1970(*apps.lastUsed(*player)), 1700000000);
+    t.text("state", "<application id=\"player.desktop\" last-seen=\"1800000000\"/>");
+    t.age("state", -10); // a later modification time, as a rewrite by the shell gives
+    EXPECT_EQ(secondsSince1970(*apps.lastUsed(*player)), 1800000000);
+}

@@ -101,48 +101,76 @@ DesktopAppBundles::DesktopAppBundles(std::vector<std::string> applicationDirs, s
             entries.push_back(std::move(*entry));
         }
     }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        byId.emplace(entries[i].id, i);
+        byPath.emplace(entries[i].path, i);
+    }
+    // Visible entries first: a helper entry (NoDisplay) for the same program is a second choice.
+    // Flatpak entries start `flatpak`, never the app's own program.
+    for (int pass = 0; pass < 2; ++pass)
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            const DesktopEntry& e = entries[i];
+            if ((pass == 0) == e.noDisplay || !e.flatpak.empty()) continue;
+            const std::size_t rank = ranked.size();
+            ranked.push_back(i);
+            std::vector<std::string> programs{e.executable};
+            if (!e.tryExec.empty() && e.tryExec.front() == '/') programs.push_back(e.tryExec);
+            for (const auto& program : programs) {
+                if (program.empty()) continue;
+                rankByProgram.emplace(program, rank);
+                if (std::string resolved = realPath(program); !resolved.empty()) rankByProgram.emplace(resolved, rank);
+            }
+        }
 }
 
 std::optional<DesktopEntry> DesktopAppBundles::entry(const std::string& id) const {
-    for (const auto& e : entries)
-        if (e.id == id) return e;
-    return std::nullopt;
+    auto it = byId.find(id);
+    if (it == byId.end()) return std::nullopt;
+    return entries[it->second];
 }
 
 std::optional<DesktopEntry> DesktopAppBundles::entryAt(const std::string& path) const {
-    for (const auto& e : entries)
-        if (e.path == path) return e;
-    return std::nullopt;
+    auto it = byPath.find(path);
+    if (it == byPath.end()) return std::nullopt;
+    return entries[it->second];
 }
 
 std::optional<DesktopEntry> DesktopAppBundles::entryForExecutable(const std::string& exe) const {
     if (exe.empty()) return std::nullopt;
-    const std::string real = realPath(exe);
-    auto matches = [&](const std::string& program) {
-        if (program.empty()) return false;
-        if (program == exe || (!real.empty() && program == real)) return true;
-        std::string resolved = realPath(program);
-        return !resolved.empty() && (resolved == exe || resolved == real);
-    };
-    // Visible entries first: a helper entry (NoDisplay) for the same program is a second choice.
-    for (int pass = 0; pass < 2; ++pass)
-        for (const auto& e : entries) {
-            if ((pass == 0) == e.noDisplay) continue;
-            if (e.flatpak.empty() && (matches(e.executable) || (!e.tryExec.empty() && e.tryExec.front() == '/' &&
-                                                                matches(e.tryExec))))
-                return e;
+    std::lock_guard guard(lock);
+    auto asked = askedPrograms.find(exe);
+    if (asked == askedPrograms.end()) {
+        // The process runs the resolved file; an entry may name it by a link, or the other way.
+        std::optional<std::size_t> best;
+        for (const std::string& key : {exe, realPath(exe)}) {
+            auto it = key.empty() ? rankByProgram.end() : rankByProgram.find(key);
+            if (it != rankByProgram.end() && (!best || it->second < *best)) best = it->second;
         }
-    return std::nullopt;
+        asked = askedPrograms.emplace(exe, best).first;
+    }
+    if (!asked->second) return std::nullopt;
+    return entries[ranked[*asked->second]];
 }
 
 std::optional<TimePoint> DesktopAppBundles::lastUsed(const DesktopEntry& e) const {
-    auto seen = gnomeLastSeen(gnomeStatePath);
-    if (auto it = seen.find(e.id); it != seen.end()) return it->second;
+    std::lock_guard guard(lock);
+    struct stat state {};
+    std::optional<int64_t> stamp;
+    if (stat(gnomeStatePath.c_str(), &state) == 0)
+        stamp = static_cast<int64_t>(state.st_mtim.tv_sec) * 1'000'000'000 + state.st_mtim.tv_nsec;
+    if (stamp != gnomeStateStamp) {
+        gnomeSeen = stamp ? gnomeLastSeen(gnomeStatePath) : std::map<std::string, TimePoint>{};
+        gnomeStateStamp = stamp;
+    }
+    if (auto it = gnomeSeen.find(e.id); it != gnomeSeen.end()) return it->second;
     if (e.executable.empty() || !e.flatpak.empty()) return std::nullopt;
     std::string program = realPath(e.executable);
-    if (program.empty() || !mountKeepsAccessTimes(program)) return std::nullopt;
     struct stat st {};
-    if (stat(program.c_str(), &st) != 0) return std::nullopt;
+    if (program.empty() || stat(program.c_str(), &st) != 0) return std::nullopt;
+    auto keeps = deviceKeepsAccessTimes.find(st.st_dev);
+    if (keeps == deviceKeepsAccessTimes.end())
+        keeps = deviceKeepsAccessTimes.emplace(st.st_dev, mountKeepsAccessTimes(program)).first;
+    if (!keeps->second) return std::nullopt;
     return Clock::from_time_t(st.st_atim.tv_sec);
 }
 

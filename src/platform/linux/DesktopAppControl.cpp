@@ -1,6 +1,6 @@
 #include "platform/linux/DesktopAppControl.h"
 
-#include "platform/linux/BundleMemo.h"
+#include "platform/AppBundles.h"
 #include "platform/linux/Detached.h"
 #include "platform/linux/X11Front.h"
 
@@ -51,7 +51,7 @@ std::optional<std::string> DesktopAppControl::open(const std::string& entryPath,
 
 const AppControl& AppControl::live() {
     static const DesktopAppControl control(
-        BundleMemo::system(), SessionBus::session(), [](const std::set<int32_t>& pids) { return X11Front::closeWindows(pids); },
+        AppBundles::system(), SessionBus::session(), [](const std::set<int32_t>& pids) { return X11Front::closeWindows(pids); },
         [] {
             const char* path = std::getenv("PATH");
             return std::string(path && *path ? path : "/usr/local/bin:/usr/bin:/bin");

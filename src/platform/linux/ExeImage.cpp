@@ -1,5 +1,8 @@
 #include "platform/ExeImage.h"
 
+#include "foundation/FS.h"
+#include "platform/linux/ProcText.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,14 +14,11 @@ std::optional<ExeImage> of(int32_t pid) { return of("/proc", pid); }
 
 std::optional<ExeImage> of(const std::string& procRoot, int32_t pid) {
     const std::string link = procRoot + "/" + std::to_string(pid) + "/exe";
-    char buf[4096];
-    ssize_t n = readlink(link.c_str(), buf, sizeof buf);
-    if (n <= 0 || static_cast<std::size_t>(n) >= sizeof buf) return std::nullopt;
+    auto path = FS::readLink(link);
+    if (!path) return std::nullopt;
     ExeImage image;
-    image.path.assign(buf, static_cast<std::size_t>(n));
-    constexpr std::string_view deleted = " (deleted)";
-    if (std::string_view(image.path).ends_with(deleted)) {
-        image.path.resize(image.path.size() - deleted.size());
+    image.path = std::move(*path);
+    if (ProcText::dropDeletedMark(image.path)) {
         image.stale = true;
         return image;
     }

@@ -3,7 +3,7 @@
 
 #include "foundation/FS.h"
 #include "foundation/Text.h"
-#include "platform/linux/BundleMemo.h"
+#include "platform/AppBundles.h"
 #include "platform/linux/ProcPorts.h"
 #include "platform/linux/ProcReader.h"
 #include "platform/linux/ProcStart.h"
@@ -57,7 +57,7 @@ const ProbeSource& ProbeSource::live() {
 
 RunningApps RunningApp::current() {
     auto entries = ProcReader::read("/proc", readOptions(false));
-    auto apps = ProcReader::attachApps(entries, BundleMemo::system());
+    auto apps = ProcReader::attachApps(entries, AppBundles::system());
     if (auto front = X11Front::activePid()) ProcReader::markFront(apps, entries, *front);
     return apps;
 }
@@ -103,7 +103,7 @@ std::vector<int32_t> allPids() {
 
 Snapshot snapshot() {
     auto entries = ProcReader::read("/proc", readOptions(true));
-    ProcReader::attachApps(entries, BundleMemo::system());
+    ProcReader::attachApps(entries, AppBundles::system());
     Snapshot s;
     for (auto& e : entries) s.procs.emplace(e.record.pid, std::move(e.record));
     s.date = Clock::now();
@@ -121,14 +121,10 @@ std::string name(int32_t pid) {
 }
 
 std::string path(int32_t pid) {
-    char buf[4096];
-    std::string link = "/proc/" + std::to_string(pid) + "/exe";
-    ssize_t n = readlink(link.c_str(), buf, sizeof buf);
-    if (n <= 0 || static_cast<std::size_t>(n) >= sizeof buf) return {};
-    std::string exe(buf, static_cast<std::size_t>(n));
-    constexpr std::string_view deleted = " (deleted)";
-    if (std::string_view(exe).ends_with(deleted)) exe.resize(exe.size() - deleted.size());
-    return exe;
+    auto exe = FS::readLink("/proc/" + std::to_string(pid) + "/exe");
+    if (!exe) return {};
+    ProcText::dropDeletedMark(*exe);
+    return *exe;
 }
 
 std::optional<std::string> cwd(int32_t pid) { return ProcPorts::cwd("/proc", pid); }

@@ -2,6 +2,7 @@
 // user's, or one that ended meanwhile) is simply absent.
 #include "foundation/FS.h"
 #include "foundation/Text.h"
+#include "platform/linux/ProcText.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -14,24 +15,11 @@ namespace FS {
 
 namespace {
 
-constexpr unsigned long kernelThreadFlag = 0x00200000; // PF_KTHREAD
-
 bool isPid(std::string_view name) {
     if (name.empty()) return false;
     for (char c : name)
         if (c < '0' || c > '9') return false;
     return true;
-}
-
-// Field 9 of /proc/PID/stat: the kernel's process flags. The command name in field 2 may hold
-// blanks and parentheses, so fields are counted from the last ')'.
-std::optional<unsigned long> statFlags(const std::string& statText) {
-    auto close = statText.rfind(')');
-    if (close == std::string::npos) return std::nullopt;
-    auto fields = Text::split(std::string_view(statText).substr(close + 1), ' ');
-    // fields[0] is the state (field 3); flags are field 9.
-    if (fields.size() < 7) return std::nullopt;
-    return std::strtoul(fields[6].c_str(), nullptr, 10);
 }
 
 } // namespace
@@ -52,7 +40,7 @@ std::vector<ProcInfo> processes(const std::string& procRoot, uint32_t uid, int32
         if (stat(base.c_str(), &st) != 0 || st.st_uid != uid) continue;
         auto statText = readText(base + "/stat", 4096);
         if (!statText) continue;
-        if (auto flags = statFlags(*statText); !flags || (*flags & kernelThreadFlag)) continue;
+        if (auto stat = ProcText::stat(*statText); !stat || (stat->flags & ProcText::kernelThreadFlag)) continue;
         auto cwd = FS::readLink(base + "/cwd");
         if (!cwd) continue;
         ProcInfo info;
@@ -61,8 +49,7 @@ std::vector<ProcInfo> processes(const std::string& procRoot, uint32_t uid, int32
         info.name = comm ? Text::trim(*comm) : std::string();
         info.cwd = *cwd;
         if (auto exe = FS::readLink(base + "/exe")) {
-            constexpr std::string_view deleted = " (deleted)";
-            if (std::string_view(*exe).ends_with(deleted)) exe->resize(exe->size() - deleted.size());
+            ProcText::dropDeletedMark(*exe);
             info.exe = *exe;
         }
         list.push_back(std::move(info));

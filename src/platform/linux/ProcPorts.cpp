@@ -37,8 +37,7 @@ std::vector<int> listening(const std::string& procRoot, int32_t pid) {
 std::optional<std::string> cwd(const std::string& procRoot, int32_t pid) {
     auto link = FS::readLink(procRoot + "/" + std::to_string(pid) + "/cwd");
     if (!link || link->empty()) return std::nullopt;
-    constexpr std::string_view deleted = " (deleted)";
-    if (std::string_view(*link).ends_with(deleted)) link->resize(link->size() - deleted.size());
+    ProcText::dropDeletedMark(*link);
     return link;
 }
 

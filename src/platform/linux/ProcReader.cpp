@@ -65,8 +65,7 @@ std::vector<Entry> read(const std::string& procRoot, const Options& options) {
         r.ppid = stat->ppid;
         r.name = stat->name;
         if (auto exe = FS::readLink(base + "/exe")) {
-            constexpr std::string_view deleted = " (deleted)";
-            if (std::string_view(*exe).ends_with(deleted)) exe->resize(exe->size() - deleted.size());
+            ProcText::dropDeletedMark(*exe);
             r.exe = std::move(*exe);
         }
         // Start ticks and btime are both whole numbers, so the same process gives the same

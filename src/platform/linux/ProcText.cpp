@@ -162,6 +162,13 @@ std::optional<Pressure> pressure(std::string_view text) {
     return p;
 }
 
+bool dropDeletedMark(std::string& path) {
+    constexpr std::string_view deleted = " (deleted)";
+    if (!std::string_view(path).ends_with(deleted)) return false;
+    path.resize(path.size() - deleted.size());
+    return true;
+}
+
 std::optional<int64_t> zramUsed(std::string_view mmStat) {
     // orig_data_size compr_data_size mem_used_total ...
     auto f = fields(mmStat);

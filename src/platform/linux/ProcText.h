@@ -26,6 +26,10 @@ struct Stat {
 [[nodiscard]] std::optional<Stat> stat(std::string_view text);
 constexpr uint64_t kernelThreadFlag = 0x00200000; // PF_KTHREAD
 
+// A /proc link (exe, cwd) to a file or folder that was removed reads "<path> (deleted)".
+// Drops the marker and tells whether it was there.
+bool dropDeletedMark(std::string& path);
+
 // /proc/PID/status: the effective user and the private memory.
 struct Status {
     std::optional<uint32_t> uid; // effective user id

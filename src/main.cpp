@@ -1,4 +1,4 @@
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 
 #include <cstdio>
 #include <string>

@@ -1,7 +1,7 @@
 #include "foundation/FS.h"
 
 #include "foundation/Text.h"
-#include "platform/BlockSharing.h"
+#include "foundation/BlockSharing.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -27,6 +27,18 @@ const std::string& home() {
         return std::string("/");
     }();
     return value;
+}
+
+std::string xdgFolder(const std::optional<std::string>& value, const std::string& fallback) {
+    if (!value || value->empty() || value->front() != '/') return fallback;
+    std::string s = *value;
+    while (s.size() > 1 && s.back() == '/') s.pop_back();
+    return s;
+}
+
+std::string xdgFolder(const char* variable, std::string_view belowHome) {
+    const char* v = std::getenv(variable);
+    return xdgFolder(v ? std::optional<std::string>(v) : std::nullopt, home() + std::string(belowHome));
 }
 
 std::string tilde(std::string_view path) { return tilde(path, home()); }

@@ -19,6 +19,11 @@ namespace FS {
 
 // The user's home folder, read once from $HOME (or the password database).
 [[nodiscard]] const std::string& home();
+// An XDG base folder: the variable's value when it is an absolute path (trailing slashes
+// dropped), else the fallback. Relative values are ignored, as the XDG rules say.
+[[nodiscard]] std::string xdgFolder(const std::optional<std::string>& value, const std::string& fallback);
+// The same for a variable of this process's environment, with the fallback below home().
+[[nodiscard]] std::string xdgFolder(const char* variable, std::string_view belowHome);
 // "~" for the home folder itself, "~/rest" below it, the path unchanged otherwise.
 [[nodiscard]] std::string tilde(std::string_view path);
 [[nodiscard]] std::string tilde(std::string_view path, std::string_view home);

@@ -1,6 +1,6 @@
 #include "foundation/FS.h"
 
-#include "platform/BlockSharing.h"
+#include "foundation/BlockSharing.h"
 
 #include <sys/stat.h>
 

@@ -2,7 +2,6 @@
 
 #include "foundation/FS.h"
 #include "foundation/Text.h"
-#include "platform/Layout.h"
 
 #include <cstdlib>
 #include <memory>
@@ -21,7 +20,7 @@ const std::optional<std::string>& override() {
 bool testing() { return override().has_value(); }
 
 const std::string& dir() {
-    static const std::string value = override() ? *override() : Layout::host().supportDir;
+    static const std::string value = override() ? *override() : FS::xdgFolder("XDG_DATA_HOME", "/.local/share") + "/sorrelin";
     return value;
 }
 
@@ -39,7 +38,7 @@ std::string suiteName(std::string_view overrideValue) {
 }
 
 std::string settingsFile(const std::optional<std::string>& overrideValue) {
-    const std::string folder = Layout::host().configHome + "/sorrelin";
+    const std::string folder = FS::xdgFolder("XDG_CONFIG_HOME", "/.config") + "/sorrelin";
     if (!overrideValue) return folder + "/settings.json";
     return folder + "/" + suiteName(*overrideValue) + ".json";
 }

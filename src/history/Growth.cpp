@@ -3,7 +3,7 @@
 #include "foundation/FS.h"
 #include "foundation/Text.h"
 #include "history/Calendar.h"
-#include "platform/BlockSharing.h"
+#include "foundation/BlockSharing.h"
 #include "projects/ProjectGroups.h"
 #include "storage/LinkSet.h"
 

@@ -5,7 +5,7 @@
 #include "foundation/JsonRead.h"
 #include "foundation/Support.h"
 #include "foundation/Text.h"
-#include "foundation/Tools.h"
+#include "foundation/Rendering.h"
 #include "history/Calendar.h"
 
 #include <cmath>

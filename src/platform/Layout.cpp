@@ -11,13 +11,7 @@ namespace {
 
 // An XDG variable counts only when it holds an absolute path.
 std::string xdg(const Layout::Env& env, const char* name, const std::string& fallback) {
-    if (env)
-        if (auto v = env(name); v && !v->empty() && v->front() == '/') {
-            std::string s = *v;
-            while (s.size() > 1 && s.back() == '/') s.pop_back();
-            return s;
-        }
-    return fallback;
+    return env ? FS::xdgFolder(env(name), fallback) : fallback;
 }
 
 // user-dirs.dirs: lines like XDG_DOWNLOAD_DIR="$HOME/Téléchargements". Only "$HOME/..." and

@@ -4,7 +4,7 @@
 #include "foundation/FS.h"
 #include "foundation/JsonRead.h"
 #include "foundation/Support.h"
-#include "foundation/Tools.h"
+#include "foundation/Rendering.h"
 
 #include <nlohmann/json.hpp>
 

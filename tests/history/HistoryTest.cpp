@@ -1,5 +1,5 @@
 #include "foundation/FS.h"
-#include "foundation/Tools.h"
+#include "foundation/Rendering.h"
 #include "history/History.h"
 #include "support/TempTree.h"
 

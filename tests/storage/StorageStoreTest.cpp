@@ -1,5 +1,5 @@
 #include "foundation/FS.h"
-#include "foundation/Tools.h"
+#include "foundation/Rendering.h"
 #include "storage/StorageStore.h"
 #include "support/TempTree.h"
 

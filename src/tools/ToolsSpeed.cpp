@@ -5,7 +5,7 @@
 #include "foundation/DiskInfo.h"
 #include "foundation/Fmt.h"
 #include "foundation/Text.h"
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 #include "history/History.h"
 #include "monitor/Monitor.h"
 #include "platform/Probe.h"

@@ -1,5 +1,5 @@
 // The --storage report.
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 #include "platform/Layout.h"
 #include "platform/Probe.h"
 #include "storage/StorageScan.h"

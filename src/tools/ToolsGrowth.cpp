@@ -1,7 +1,7 @@
 // The --growth report.
 #include "foundation/Fmt.h"
 #include "foundation/Text.h"
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 #include "history/Growth.h"
 #include "history/GrowthText.h"
 #include "history/History.h"

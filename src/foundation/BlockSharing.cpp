@@ -1,4 +1,4 @@
-#include "platform/BlockSharing.h"
+#include "foundation/BlockSharing.h"
 
 #include <fcntl.h>
 #include <linux/fiemap.h>

@@ -3,7 +3,7 @@
 #include "foundation/Fmt.h"
 #include "foundation/ScanToken.h"
 #include "foundation/Text.h"
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 #include "monitor/Monitor.h"
 #include "projects/Projects.h"
 #include "scan/Scanner.h"

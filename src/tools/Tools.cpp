@@ -1,4 +1,4 @@
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 
 #include "advice/ActionTests.h"
 
@@ -8,8 +8,6 @@
 #include <optional>
 
 namespace Tools {
-
-std::atomic<bool> rendering{false};
 
 Job choose(const std::vector<std::string>& arguments) {
     auto present = [&](std::string_view flag) {

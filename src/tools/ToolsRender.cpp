@@ -1,5 +1,5 @@
 // Pictures of the screens and the package artwork; they come with the window.
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 
 void Tools::render(const std::string&, bool) {}
 void Tools::makeIcon(const std::string&) {}

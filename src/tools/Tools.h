@@ -1,14 +1,12 @@
 #pragma once
 // The hidden command-line jobs of the one executable: reports and self-checks that run the
 // same code as the window and print the same figures.
-#include <atomic>
+#include "foundation/Rendering.h"
+
 #include <string>
 #include <vector>
 
 namespace Tools {
-
-// Set while screens are rendered to pictures: persistent writes and side effects stay off.
-extern std::atomic<bool> rendering;
 
 // The job an argument list asks for: the first option of the table that matches decides.
 struct Job {

@@ -4,7 +4,7 @@
 #include "foundation/CleanItem.h"
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 #include "monitor/Leftovers.h"
 #include "platform/Layout.h"
 #include "projects/ProjectGroups.h"

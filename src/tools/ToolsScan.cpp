@@ -2,7 +2,7 @@
 #include "foundation/DiskInfo.h"
 #include "foundation/Fmt.h"
 #include "foundation/Text.h"
-#include "foundation/Tools.h"
+#include "tools/Tools.h"
 #include "scan/Scanner.h"
 #include "scan/ScanReport.h"
 

@@ -8,8 +8,9 @@
 //
 // The face a view uses (QML reads the properties, calls the Q_INVOKABLEs):
 //
-//   State, in this order, each with a NOTIFY signal that an equal write never emits:
-//     disk {name,total,available,used}; items (list); selected (ids); scanProgress
+//   State, in this order, each with a NOTIFY signal that an equal write never emits (a list
+//   is a constant object whose rows signal their own changes):
+//     disk {name,total,available,reserved,used}; items (list); selected (ids); scanProgress
 //     {stage,checked,done,total,label,found} or null; cleanProgress {done,total,label,source,
 //     showsSheet} or null, its items in cleanItems; cleanSummary {report,before} or null;
 //     lastScan (date or null); report {freed,removedCount,trashed,failures,availableAfter,date,
@@ -21,8 +22,8 @@
 //     or null, its days in growthDays and places in growthBiggest; growthRunning; weekDay
 //     (-1 for none); freedProjects; snoozeTick; recentlyFreed (rec id -> {share,at});
 //     lastScanSeconds (0 before the first); failedRec; settingsOpen; storage, storageLive
-//     {made,seconds,diskTotal,diskUsed,files,complete,vm,measured} or null; storageBusy;
-//     trashing (paths).
+//     {made,seconds,diskTotal,diskUsed,diskReserved,files,complete,vm,measured} or null;
+//     storageBusy; trashing (paths).
 //   Derived: isScanning, isCleaning, isLow, scanFraction (number or null), cleanable,
 //     selectedItems (maps), tickedTotal, recs, nowRecs, laterRecs, safeRecs (lists), pace
 //     {bytesPerDay,days,since,filling} or null, storageShown (as storage, its rows in

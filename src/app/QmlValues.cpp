@@ -39,7 +39,8 @@ QString recState(RecState s) {
 }
 
 QVariantMap disk(const DiskInfo& d) {
-    return {{"name", text(d.name)}, {"total", qint64(d.total)}, {"available", qint64(d.available)}, {"used", qint64(d.used())}};
+    return {{"name", text(d.name)}, {"total", qint64(d.total)}, {"available", qint64(d.available)},
+            {"reserved", qint64(d.reserved)}, {"used", qint64(d.used())}};
 }
 
 QVariantMap scanProgress(const ScanProgress& p) {
@@ -110,6 +111,7 @@ QVariantMap storage(const StorageReport& r) {
             {"seconds", r.seconds},
             {"diskTotal", qint64(r.diskTotal)},
             {"diskUsed", qint64(r.diskUsed)},
+            {"diskReserved", qint64(r.diskReserved)},
             {"files", r.files},
             {"complete", r.complete},
             {"vm", r.vm ? QVariant(qint64(*r.vm)) : QVariant()},

@@ -23,7 +23,7 @@
 struct FakeDisk {
     std::atomic<int64_t> available{500 * GB};
     std::atomic<int64_t> total{1000 * GB};
-    [[nodiscard]] DiskInfo read() const { return DiskInfo{"Test disk", total.load(), available.load()}; }
+    [[nodiscard]] DiskInfo read() const { return DiskInfo{"Test disk", total.load(), available.load(), 0}; }
 };
 
 // Holds each scan at its start until the test lets one through, so that requests can arrive

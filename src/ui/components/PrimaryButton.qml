@@ -25,7 +25,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
 
-    readonly property color ink: done ? Palette.greenText : Palette.onAmber
+    readonly property color ink: done ? Palette.greenText : enabled ? Palette.onAmber : Palette.text4
 
     scale: pressed && !done ? 0.97 : 1
     Behavior on scale { NumberAnimation { duration: Motion.press.duration; easing: Motion.press.easing } }
@@ -43,16 +43,19 @@ T.Button {
 
     background: Rectangle {
         radius: Metrics.radius
-        gradient: Gradient {
+        // Disabled, it goes flat and grey: an amber that cannot be pressed would still call.
+        color: Palette.chip
+        gradient: root.enabled || root.done ? live : undefined
+        Gradient {
+            id: live
             GradientStop { position: 0; color: root.done ? Qt.rgba(0.25, 0.83, 0.55, 0.16) : root.hovered && root.enabled ? Qt.lighter(Palette.amberTop, 1.05) : Palette.amberTop }
             GradientStop { position: 1; color: root.done ? Qt.rgba(0.25, 0.83, 0.55, 0.12) : root.hovered && root.enabled ? Qt.lighter(Palette.amberBottom, 1.05) : Palette.amberBottom }
         }
-        border.width: root.done || root.visualFocus ? 1 : 0
-        border.color: root.done ? Qt.rgba(0.25, 0.83, 0.55, 0.35) : Palette.text
-        opacity: root.enabled || root.done ? 1 : 0.45
+        border.width: root.done || root.visualFocus || !root.enabled ? 1 : 0
+        border.color: root.done ? Qt.rgba(0.25, 0.83, 0.55, 0.35) : root.enabled ? Palette.text : Palette.chipStroke
         // a faint light along the top edge, as on a raised surface
         Rectangle {
-            visible: !root.done
+            visible: !root.done && root.enabled
             anchors.fill: parent
             anchors.margins: 1
             radius: parent.radius - 1

@@ -28,7 +28,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
 
-    readonly property color ink: armed ? Palette.amberText : tone === "warn" ? Palette.orangeText : Palette.textChip
+    readonly property color ink: !enabled ? Palette.text5 : armed ? Palette.amberText : tone === "warn" ? Palette.orangeText : Palette.textChip
 
     scale: pressed ? 0.97 : 1
     Behavior on scale { NumberAnimation { duration: Motion.press.duration; easing: Motion.press.easing } }
@@ -53,7 +53,6 @@ T.Button {
                     : root.visualFocus ? Palette.textSoft
                     : root.tone === "warn" ? Qt.rgba(1, 0.54, 0.36, 0.32)
                     : root.hovered && root.enabled ? Palette.panelStrokeHover : Palette.chipStroke
-        opacity: root.enabled ? 1 : 0.45
         Behavior on color { ColorAnimation { duration: Motion.hover.duration } }
         Behavior on border.color { ColorAnimation { duration: Motion.hover.duration } }
 

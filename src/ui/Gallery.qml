@@ -387,6 +387,22 @@ Rectangle {
                             UiText { anchors.centerIn: parent; text: "Hovered row"; color: Palette.textSoft }
                         }
                         SparkleBurst { implicitWidth: 30; implicitHeight: 30 }
+                        Rectangle {
+                            id: entered
+                            implicitWidth: 120
+                            implicitHeight: 34
+                            radius: Metrics.radius
+                            color: Palette.panel
+                            border.color: Palette.panelStroke
+                            transform: [
+                                Stagger { target: entered; index: 2 },
+                                ScreenEntrance { target: entered },
+                                HoverLift { hovered: true },
+                                Shake { },
+                                FailShake { recId: "restart"; failedRec: "" }
+                            ]
+                            UiText { anchors.centerIn: parent; text: "Entered row"; color: Palette.textSoft }
+                        }
                     }
                 }
             }

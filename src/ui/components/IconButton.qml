@@ -36,5 +36,5 @@ T.AbstractButton {
             color: root.enabled ? (root.hovered ? Palette.text : root.color) : Palette.text5
         }
     }
-    Tip { text: root.tip; shown: root.hovered }
+    Tip { objectName: "tip"; text: root.tip; shown: root.hovered }
 }

@@ -30,5 +30,5 @@ T.AbstractButton {
         underline: root.visualFocus
         spacing: 4
     }
-    Tip { text: root.tip; shown: root.hovered }
+    Tip { objectName: "tip"; text: root.tip; shown: root.hovered }
 }

@@ -71,5 +71,5 @@ T.Button {
         }
     }
 
-    Tip { text: root.tip; shown: root.hovered }
+    Tip { objectName: "tip"; text: root.tip; shown: root.hovered }
 }

@@ -69,5 +69,5 @@ T.Button {
         }
     }
 
-    Tip { text: root.tip; shown: root.hovered }
+    Tip { objectName: "tip"; text: root.tip; shown: root.hovered }
 }

@@ -24,7 +24,56 @@ TestCase {
         Shine { width: 100; height: 30 }
     }
 
+    Component {
+        id: enteringComponent
+        Rectangle {
+            id: row
+            width: 100
+            height: 20
+            property alias stagger: stagger
+            transform: [
+                Stagger { id: stagger; target: row; index: 3 },
+                ScreenEntrance { target: row },
+                HoverLift { objectName: "lift"; hovered: row.lifted }
+            ]
+            property bool lifted: false
+        }
+    }
+    Component {
+        id: tippedComponent
+        SecondaryButton { text: "Scan again"; tip: "Scan again. The last scan took 14 seconds." }
+    }
+
     function cleanup() { Motion.reduced = false; Motion.rendering = false; }
+
+    function test_rowsEnterAndEndFullyShownAndInPlace() {
+        const row = createTemporaryObject(enteringComponent, test);
+        verify(row.opacity < 1, "the entrance did not start");
+        tryCompare(row, "opacity", 1, 5000);
+        tryCompare(row.stagger, "y", 0, 5000);
+        row.lifted = true;
+        tryVerify(() => row.transform[2].y < 0, 5000, "the card did not rise");
+    }
+
+    function test_withReducedMotionRowsStandInPlaceAtOnce() {
+        Motion.reduced = true;
+        const row = createTemporaryObject(enteringComponent, test);
+        compare(row.opacity, 1);
+        compare(row.stagger.y, 0);
+        row.lifted = true;
+        compare(row.transform[2].y, 0);
+    }
+
+    function test_aButtonsTipShowsUnderThePointerAndGoesWithIt() {
+        const button = createTemporaryObject(tippedComponent, test);
+        const tip = findChild(button, "tip");
+        verify(tip);
+        verify(!tip.visible);
+        mouseMove(button, button.width / 2, button.height / 2);
+        tryVerify(() => tip.visible, 5000, "the tip never showed");
+        mouseMove(test, test.width - 2, test.height - 2);
+        tryVerify(() => !tip.visible, 5000, "the tip stayed");
+    }
 
     function test_aRowShakesOnlyWhenItsOwnAdviceFails() {
         const row = createTemporaryObject(rowComponent, test);

@@ -202,6 +202,13 @@ struct ProjectHome : Machine {
         projectIn(home, "code/api", 260 * MB);
         for (const char* app : {"shop-web", "shop-admin", "shop-api"}) projectIn(home, std::string("code/shop/") + app, 180 * MB);
     }
+    // The shop's three apps each install the same 25 packages (the generated one and 24 more of
+    // 5 MB): 300 MB a copy, where one shared workspace would keep a single one.
+    void sharePackages() {
+        for (const char* app : {"shop-web", "shop-admin", "shop-api"})
+            for (int i = 0; i < 24; ++i)
+                home.file("code/shop/" + std::string(app) + "/node_modules/lib-" + std::to_string(i) + "/index.js", 5 * MB);
+    }
     AppModel& ready(bool withLeftovers = true) {
         AppModel& m = start();
         std::vector<Proc> procs{{100, 1, "node", "/usr/bin/node", 3600, 0, 180 * MB}, {101, 1, "claude", "/usr/bin/claude", 600, 0, 300 * MB}};
@@ -337,17 +344,31 @@ TEST(ProjectsTab, TheGridFollowsTheRowsAndAVanishedProjectJustLeaves) {
     EXPECT_TRUE(screen.find("card-api"));
 }
 
+TEST(ProjectsTab, TheSharedPackagesInsightStandsAboveTheCardsAndShowsHowOnAClick) {
+    ProjectHome h;
+    h.sharePackages();
+    AppModel& m = h.ready();
+    ASSERT_TRUE(m.sharedInsight());
+    Screen screen("projects/ProjectsTab.qml", {1100, 1400});
+    ASSERT_TRUE(screen.shown("insight"));
+    EXPECT_EQ(screen.text("insightHeadline"), "Three shop apps carry the same 25 packages");
+    EXPECT_LT(screen.find("insight")->mapToScene({0, 0}).y(), screen.find("card-site")->mapToScene({0, 0}).y());
+    EXPECT_FALSE(screen.shown("steps"));
+    screen.click("showHow");
+    EXPECT_TRUE(m.showHow());
+    ASSERT_TRUE(screen.shown("steps"));
+    EXPECT_EQ(screen.text("showHow"), "Hide");
+    EXPECT_EQ(screen.find("steps")->property("text").toString().toStdString().rfind("List the 3 apps in one workspace file at ~/code/shop/", 0), 0u);
+    screen.click("showHow");
+    EXPECT_FALSE(m.showHow());
+    EXPECT_FALSE(screen.shown("steps"));
+
+    m.setShowHow(true);
+    Album().draw("projects/ProjectsTab.qml", "Projects.png", {1100, 1400});
+}
+
 TEST(ProjectsTab, Pictures) {
-    Album album;
-    {
-        ProjectHome h;
-        AppModel& m = h.ready();
-        m.setShowHow(true);
-        album.draw("projects/ProjectsTab.qml", "Projects.png", {1100, 1250});
-    }
-    {
-        Machine h;
-        h.start();
-        album.draw("projects/ProjectsTab.qml", "projects-finding.png", {1100, 420});
-    }
+    Machine h;
+    h.start();
+    Album().draw("projects/ProjectsTab.qml", "projects-finding.png", {1100, 420});
 }

@@ -12,6 +12,8 @@
 
 #include <QDir>
 
+#include <ctime>
+
 #include <gtest/gtest.h>
 
 using namespace live;
@@ -131,7 +133,17 @@ TEST(SpeedWords, ProcessorSwapUptimeAndHeat) {
     auto up = SpeedWords::uptime(v, now);
     EXPECT_EQ(up.value, "5");
     EXPECT_EQ(up.unit, "hours");
-    EXPECT_EQ(up.sub, "Since " + Fmt::dayMonth(v.boot) + ", " + Fmt::clock(v.boot, now));
+    // A boot days ago still tells its time of day, not its date twice.
+    {
+        const std::time_t t = Clock::to_time_t(addSeconds(now, -3 * 86400.0));
+        std::tm parts{};
+        localtime_r(&t, &parts);
+        parts.tm_hour = 9;
+        parts.tm_min = 5;
+        Vitals early = v;
+        early.boot = Clock::from_time_t(std::mktime(&parts));
+        EXPECT_EQ(SpeedWords::uptime(early, now).sub, "Since " + Fmt::dayMonth(early.boot) + ", 9:05");
+    }
     v.boot = addSeconds(now, -3700);
     EXPECT_EQ(SpeedWords::uptime(v, now).unit, "hour");
     v.boot = addSeconds(now, -86400 - 60);

@@ -86,7 +86,8 @@ Uptime uptime(const Vitals& v, TimePoint now) {
         u.value = std::to_string(days);
         u.unit = plural(days, "day", "days");
     }
-    u.sub = "Since " + Fmt::dayMonth(v.boot) + ", " + Fmt::clock(v.boot, now);
+    // The time of day: measured against the boot's own day, the clock never falls back to the date.
+    u.sub = "Since " + Fmt::dayMonth(v.boot) + ", " + Fmt::clock(v.boot, v.boot);
     if (v.thermal < 2) {
         u.heat = {"Heat normal", "thermometer.medium", "greenText"};
         u.heatInfo = say("macOS reports no heat limits, so nothing is being slowed down to cool off.");

@@ -29,6 +29,8 @@ Panel {
 
         RowLayout {
             Layout.fillWidth: true
+            // as tall as a pill, so the labels line up whether a card has one or not
+            Layout.minimumHeight: 26
             spacing: 6
             Glyph { symbol: root.symbol; color: root.tint; size: 15 }
             UiText {

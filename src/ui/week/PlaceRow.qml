@@ -19,8 +19,9 @@ Item {
                 Layout.fillWidth: true
                 spacing: 6
                 UiText {
-                    Layout.fillWidth: (root.place.location || "") === ""
-                    Layout.maximumWidth: implicitWidth
+                    // its whole width while there is room; the location gives way first
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: Math.ceil(implicitWidth) + 1
                     text: root.place.name || ""
                     font.weight: Font.Medium
                 }

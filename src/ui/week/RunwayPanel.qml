@@ -85,13 +85,18 @@ Panel {
                     color: modelData.hatched ? "#3A2226" : Palette.named(modelData.tint)
                     opacity: modelData.hatched ? 1 : Math.max(0, Math.min(1, modelData.opacity))
                     clip: true
-                    StackedBar {
-                        visible: cell.modelData.hatched
-                        anchors.fill: parent
-                        segments: [{ id: "full", value: 1, color: "red", hatched: true }]
-                        total: 1
-                        gap: 0
-                        track: "transparent"
+                    // a full day: red stripes across the dark tone, in the cell's own shape
+                    Repeater {
+                        model: cell.modelData.hatched ? Math.ceil((cell.width + cell.height) / 6) : 0
+                        delegate: Rectangle {
+                            required property int index
+                            x: index * 6 - cell.height / 2
+                            y: -cell.height / 2
+                            width: 2
+                            height: cell.height * 2
+                            rotation: 45
+                            color: Palette.named("red", 0.55)
+                        }
                     }
                     HoverHandler { id: hover }
                     Tip { text: cell.modelData.tip; shown: hover.hovered }

@@ -9,6 +9,8 @@
 #include <QQmlEngine>
 #include <QTest>
 
+#include <ctime>
+
 #include <gtest/gtest.h>
 
 namespace live {
@@ -84,7 +86,12 @@ GrowthReport Machine::growthReport(TimePoint now, const std::vector<int64_t>& to
         {"Firefox cache", GrowthBucket::appData},         {"Cargo build output", GrowthBucket::tools}};
     GrowthReport r;
     r.made = now;
-    const TimePoint today = addSeconds(now, -std::fmod(secondsBetween(TimePoint{}, now), 86400.0));
+    const std::time_t t = Clock::to_time_t(now);
+    std::tm parts{};
+    localtime_r(&t, &parts);
+    parts.tm_hour = parts.tm_min = parts.tm_sec = 0;
+    parts.tm_isdst = -1;
+    const TimePoint today = Clock::from_time_t(std::mktime(&parts)); // local midnight, as the growth report's days
     for (std::size_t i = 0; i < 14; ++i) {
         GrowthDay d;
         d.date = addSeconds(today, -static_cast<double>(13 - i) * 86400);

@@ -8,6 +8,24 @@ Panel {
     id: root
     property WeekState week
 
+    // A full day: red stripes across the dark tone, clipped by the item they fill.
+    component Stripes: Item {
+        anchors.fill: parent
+        clip: true
+        Repeater {
+            model: Math.ceil((parent.width + parent.height) / 6)
+            delegate: Rectangle {
+                required property int index
+                x: index * 6 - parent.height / 2
+                y: -parent.height / 2
+                width: 2
+                height: parent.height * 2
+                rotation: 45
+                color: Palette.named("red", 0.55)
+            }
+        }
+    }
+
     implicitHeight: body.implicitHeight + 2 * Metrics.pad + 4
     readonly property var runway: week ? week.runway : ({})
 
@@ -85,19 +103,7 @@ Panel {
                     color: modelData.hatched ? "#3A2226" : Palette.named(modelData.tint)
                     opacity: modelData.hatched ? 1 : Math.max(0, Math.min(1, modelData.opacity))
                     clip: true
-                    // a full day: red stripes across the dark tone, in the cell's own shape
-                    Repeater {
-                        model: cell.modelData.hatched ? Math.ceil((cell.width + cell.height) / 6) : 0
-                        delegate: Rectangle {
-                            required property int index
-                            x: index * 6 - cell.height / 2
-                            y: -cell.height / 2
-                            width: 2
-                            height: cell.height * 2
-                            rotation: 45
-                            color: Palette.named("red", 0.55)
-                        }
-                    }
+                    Stripes { visible: cell.modelData.hatched }
                     HoverHandler { id: hover }
                     Tip { text: cell.modelData.tip; shown: hover.hovered }
                     Accessible.role: Accessible.StaticText
@@ -117,7 +123,32 @@ Panel {
             Tag { text: "More than 10 GB free"; fg: Palette.greenText; bg: Palette.named("green", 0.14) }
             Tag { text: "Under 10 GB"; fg: Palette.amberText; bg: Palette.named("amber", 0.14) }
             Tag { text: "Under 5 GB"; fg: Palette.red; bg: Palette.named("red", 0.14) }
-            Tag { text: "Full"; fg: Palette.red; bg: "#3A2226"; symbol: "exclamationmark.triangle.fill" }
+            Rectangle {
+                // a tag for the strip's full day, with a swatch of its stripes
+                implicitWidth: fullRow.implicitWidth + 12
+                implicitHeight: 20
+                radius: 5
+                color: "#3A2226"
+                Accessible.role: Accessible.StaticText
+                Accessible.name: "Full"
+                Row {
+                    id: fullRow
+                    x: 6
+                    anchors.verticalCenter: parent.verticalCenter
+                    spacing: 5
+                    Rectangle {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: 10
+                        height: 10
+                        radius: 2
+                        color: "transparent"
+                        border.width: 1
+                        border.color: Palette.named("red", 0.55)
+                        Stripes {}
+                    }
+                    UiText { text: "Full"; color: Palette.red; font.pixelSize: Metrics.caption; font.weight: Font.DemiBold }
+                }
+            }
         }
     }
 }

@@ -155,6 +155,7 @@ TEST(HostileHomeE2E, AHomeThatIsALinkIsMeasuredAlikeByEveryReport) {
     tree.symLink(real, "home/me");
     const std::string linked = tree.path("home/me");
     tree.file("data/me/Documents/report.bin", 3'000'000);
+    tree.dir("data/me/Downloads");
     allocated(real + "/Downloads/disk.iso", 101 * MiB);
     const int64_t report = allocatedSize(real + "/Documents/report.bin");
     auto env = homeEnvironment(linked);

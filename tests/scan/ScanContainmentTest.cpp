@@ -6,6 +6,7 @@
 #include "foundation/Text.h"
 #include "scan/Scanner.h"
 #include "scan/ScannerAccess.h"
+#include "support/EnvOf.h"
 #include "support/FakeAppBundles.h"
 #include "support/FakeFacts.h"
 #include "support/TempTree.h"
@@ -13,7 +14,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <map>
 
 namespace {
 
@@ -35,11 +35,7 @@ struct Homes {
     std::string path(std::string_view rel) const { return home + "/" + std::string(rel); }
     Layout layout(std::map<std::string, std::string> vars = {}) const {
         vars.emplace("HOME", home);
-        return Layout::linux(home, [vars](const char* name) -> std::optional<std::string> {
-            auto it = vars.find(name);
-            if (it == vars.end()) return std::nullopt;
-            return it->second;
-        });
+        return Layout::linux(home, envOf(std::move(vars)));
     }
     std::vector<CleanItem> scan(const Layout& l) {
         Scanner s(l, {}, nullptr, facts, apps);

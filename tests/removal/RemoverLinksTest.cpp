@@ -130,15 +130,4 @@ TEST_P(RemoverLinks, ALinkSwappedInAboveTheItemDuringACleanIsRefused) {
     expectCanaryWhole();
 }
 
-TEST_P(RemoverLinks, LinksBelowTheItemAreRemovedAsLinksAndTheItemStillGoes) {
-    tree.file("home/.cache/app/data.bin", 1000);
-    tree.symLink(outside, "home/.cache/app/outside-link");
-    tree.symLink(outside + "/usrstuff", "home/.cache/entry-link"); // an item that is itself a link
-    auto r = Remover::run({item("app", {path(".cache/app")}), item("entry", {path(".cache/entry-link")})}, {}, context);
-    EXPECT_EQ(r.removed, 2) << (r.failures.empty() ? "" : r.failures.front());
-    EXPECT_FALSE(FS::exists(path(".cache/app")));
-    EXPECT_FALSE(FS::exists(path(".cache/entry-link")));
-    expectCanaryWhole();
-}
-
 INSTANTIATE_TEST_SUITE_P(Ways, RemoverLinks, ::testing::Values(Beneath::Way::best, Beneath::Way::byHand), nameOf);

@@ -111,7 +111,9 @@ Opened open(int root, std::string_view relative, int flags, Way way) {
             kernelWalks.store(1, std::memory_order_relaxed);
             Opened out;
             out.fd.reset(static_cast<int>(fd));
-            return notALink(std::move(out), pieces);
+            // Without O_NOFOLLOW the kernel refuses a last component that is a link by itself.
+            if (flags & O_NOFOLLOW) return notALink(std::move(out), pieces);
+            return out;
         }
         int e = errno;
         // ENOSYS: an older kernel; EPERM: a sandbox that forbids the call; EINVAL or E2BIG: a

@@ -20,18 +20,15 @@ Verdict check(std::string_view path, std::string_view home) {
     return opened.throughLink ? Verdict::link : Verdict::missing;
 }
 
-bool admit(std::string_view path, std::string_view home) {
-    switch (check(path, home)) {
-    case Verdict::inside: return true;
-    case Verdict::missing: return false;
-    case Verdict::outside:
+Verdict noted(std::string_view path, std::string_view home) {
+    Verdict verdict = check(path, home);
+    if (verdict == Verdict::outside)
         Log::note("left out " + FS::tilde(path, home) + ": it lies outside the home folder");
-        return false;
-    case Verdict::link:
+    else if (verdict == Verdict::link)
         Log::note("left out " + FS::tilde(path, home) + ": the way to it runs through a symbolic link");
-        return false;
-    }
-    return false;
+    return verdict;
 }
+
+bool admit(std::string_view path, std::string_view home) { return noted(path, home) == Verdict::inside; }
 
 } // namespace HomeBound

@@ -17,6 +17,8 @@ enum class Verdict {
 };
 
 [[nodiscard]] Verdict check(std::string_view path, std::string_view home);
+// The same, with a line in the log for a place outside the home or behind a link.
+[[nodiscard]] Verdict noted(std::string_view path, std::string_view home);
 // True only for `inside`. A place outside the home or behind a link is left out with a line
 // in the log; a missing one silently.
 [[nodiscard]] bool admit(std::string_view path, std::string_view home);

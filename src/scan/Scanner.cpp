@@ -77,7 +77,8 @@ std::optional<int64_t> Scanner::measureInHome(const std::vector<std::string>& pa
     // A path gone meanwhile is no reason to drop the rest.
     auto ours = [&] {
         return std::all_of(paths.begin(), paths.end(), [&](const std::string& p) {
-            return HomeBound::check(p, home) == HomeBound::Verdict::missing || HomeBound::admit(p, home);
+            auto verdict = HomeBound::noted(p, home);
+            return verdict == HomeBound::Verdict::inside || verdict == HomeBound::Verdict::missing;
         });
     };
     if (!ours()) return std::nullopt;

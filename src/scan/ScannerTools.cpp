@@ -98,6 +98,7 @@ std::vector<Candidate> Scanner::xdgCaches() const {
     if (!HomeBound::admit(layout.xdgCache, home)) return out;
     for (const auto& name : FS::sortedChildren(layout.xdgCache)) {
         if (name.starts_with(".") || t.ownRowCaches.contains(name)) continue;
+        if (modelsOnly && !t.modelDirs.contains(name)) continue;
         std::string path = layout.xdgCache + "/" + name;
         if (!HomeBound::admit(path, home) || !FS::isDir(path) || ownFolder(path)) continue;
         Candidate c;
@@ -112,7 +113,6 @@ std::vector<Candidate> Scanner::xdgCaches() const {
             c.defaultOn = false;
             c.minSize = 100 * MB;
         } else {
-            if (modelsOnly) continue;
             auto named = t.xdgNames.find(name);
             c.id = "xdg:" + name;
             c.name = named != t.xdgNames.end() ? named->second : Text::upperFirst(name) + " cache";

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QQmlEngine>
 #include <QTest>
+#include <QtQuickTest/quicktest.h>
 
 #include <ctime>
 
@@ -199,6 +200,8 @@ void Screen::click(QQuickItem* item) {
         ADD_FAILURE() << "nothing to click";
         return;
     }
+    // Rows the model just added are placed at the next polish; click where they will be seen.
+    if (!QQuickTest::qWaitForPolish(&window)) ADD_FAILURE() << "the window was not laid out";
     const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
     QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
 }

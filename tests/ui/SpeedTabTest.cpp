@@ -285,6 +285,14 @@ TEST(SpeedState, FollowsTheMonitorAndKeepsOnlyAdviceThatGivesSpeedBack) {
     m.setWhoMode(AppModel::WhoMode::memory);
     EXPECT_EQ(speed.whoRows()[2].name, "Slack");
     EXPECT_TRUE(speed.who()["total"].toString().endsWith("computer"));
+
+    // An app that ends between two samples leaves its row; the next app moves up.
+    auto apps = nineApps(h.clock.now());
+    apps.erase(apps.begin() + 4); // Slack
+    h.clock.advance(3);
+    h.sample(vitals(30, 2), apps);
+    for (const auto& row : speed.whoRows()) EXPECT_NE(row.name, "Slack");
+    EXPECT_EQ(speed.whoRows()[2].name, "System services");
 }
 
 TEST(SpeedState, WhatAQuitFreedShowsForThreeMinutesAndGoesByItself) {
@@ -321,10 +329,15 @@ TEST(SpeedTab, ClicksReachTheModelAndEveryStateReadsRight) {
     EXPECT_TRUE(screen.shown("nothingSlow"));
     EXPECT_FALSE(screen.shown("claudeRow"));
 
-    h.canned = std::vector<Rec>{quit};
+    Rec stop = makeRec("leftovers", RecAction::stopLeftovers(), true, true);
+    stop.shortLabel = "Stop";
+    h.canned = std::vector<Rec>{quit, stop};
     h.clock.advance(3);
-    h.sample(vitals(30), nineApps(h.clock.now()));
-    ASSERT_TRUE(AppHarness::waitUntil([&] { return m.recs().size() == 1; }));
+    const TimePoint now = h.clock.now();
+    h.sample(vitals(30), nineApps(now),
+             {leftover(501, "vite dev server", "/home/u/code/blog", 250'000'000, now),
+              leftover(502, "tsc --watch", "/home/u/code/blog", 150'000'000, now)});
+    ASSERT_TRUE(AppHarness::waitUntil([&] { return m.recs().size() == 2; }));
     EXPECT_FALSE(screen.shown("nothingSlow"));
 
     // An arming fix waits for the second press, then runs.
@@ -343,6 +356,13 @@ TEST(SpeedTab, ClicksReachTheModelAndEveryStateReadsRight) {
     screen.click(memoryTab);
     EXPECT_EQ(m.whoMode(), AppModel::WhoMode::memory);
     EXPECT_TRUE(showsText(screen.find("who"), "Slack"));
+
+    // The stop names how many leftovers it ends, and goes straight to the model.
+    QQuickItem* stopFix = within(screen.find("cause-leftovers"), "fix");
+    ASSERT_TRUE(stopFix);
+    EXPECT_EQ(stopFix->property("text").toString(), "Stop 2");
+    screen.click(stopFix);
+    EXPECT_TRUE(m.acting().contains("leftovers"));
 }
 
 // Pictures of the tab for a person to look at: a busy machine by processor and by memory, and

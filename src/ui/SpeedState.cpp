@@ -18,7 +18,8 @@ QVariantMap pillMap(const SpeedWords::Pill& p) {
 
 // The processor bar: the five busiest apps in their colours, then what the machine's total
 // holds beyond them.
-QVariantList cpuSegments(const std::vector<AppUsage>& apps, const std::optional<double>& cpu, int cores) {
+QVariantList cpuSegments(const std::vector<AppUsage>& apps, const std::optional<double>& cpu, int cores,
+                         const std::string& systemKey) {
     std::vector<const AppUsage*> order;
     for (const auto& a : apps) order.push_back(&a);
     std::stable_sort(order.begin(), order.end(), [](const AppUsage* a, const AppUsage* b) { return a->cores > b->cores; });
@@ -27,7 +28,7 @@ QVariantList cpuSegments(const std::vector<AppUsage>& apps, const std::optional<
     for (std::size_t i = 0; i < order.size() && i < 5; ++i) {
         const double share = WhoPanel::share(order[i]->cores, cores);
         if (share < 0.5) break;
-        out << QVariantMap{{"id", text(order[i]->id)}, {"value", share}, {"color", text(AppTint::name(order[i]->id))}};
+        out << QVariantMap{{"id", text(order[i]->id)}, {"value", share}, {"color", text(WhoPanel::tint(*order[i], systemKey))}};
         sum += share;
     }
     const double total = cpu && std::isfinite(*cpu) ? *cpu : 0;
@@ -88,6 +89,8 @@ void SpeedState::refresh() {
     const int cores = std::max(1, m.cores());
     const int64_t physical = m.physicalMemory();
     const bool memoryMode = m.whoMode() == AppModel::WhoMode::memory;
+    const Layout& layout = m.environment().layout;
+    const std::string systemKey = "proc:" + layout.monitor.systemLabel;
 
     pill_ = pillMap(SpeedWords::state(static_cast<int>(monitor.slowApps().size()), v.pressure > 1));
 
@@ -96,7 +99,7 @@ void SpeedState::refresh() {
                   {"info", text(SpeedWords::cpuInfo(cores))},
                   {"sub", text(SpeedWords::cpuSub(cores))},
                   {"freed", text(freed.value_or(""))},
-                  {"segments", cpuSegments(monitor.apps, v.cpu, cores)}};
+                  {"segments", cpuSegments(monitor.apps, v.cpu, cores, systemKey)}};
 
     const auto mem = SpeedWords::memory(v, physical);
     memory_ = {{"word", text(mem.word)}, {"fg", text(mem.fg)}, {"bar", text(mem.bar)},
@@ -111,7 +114,6 @@ void SpeedState::refresh() {
     uptime_ = {{"value", text(up.value)}, {"unit", text(up.unit)}, {"sub", text(up.sub)},
                {"heat", pillMap(up.heat)}, {"heatInfo", text(up.heatInfo)}};
 
-    const Layout& layout = m.environment().layout;
     WhoPanel::Input in;
     in.apps = &monitor.apps;
     in.leftovers = &monitor.leftovers;
@@ -120,7 +122,7 @@ void SpeedState::refresh() {
     in.memoryCounted = monitor.memoryCounted();
     in.cores = cores;
     in.claudeId = layout.monitor.claudeId;
-    in.systemKey = "proc:" + layout.monitor.systemLabel;
+    in.systemKey = systemKey;
     in.now = now;
     auto rows = WhoPanel::rows(in);
     double scale = 0;

@@ -50,6 +50,8 @@ AppModel& Machine::start() {
         // Quits and stops pretend and succeed at once: no real app is touched.
         s.actions.dryRun = DryRun::Mode{true, false};
         s.actions.pause = [](double) {};
+        // Shares of the machine come out the same on every test machine.
+        s.cores = 4;
     });
     prefs = std::make_unique<Prefs>(settings);
     App::use(&m, prefs.get());

@@ -280,6 +280,17 @@ TEST(SpeedState, FollowsTheMonitorAndKeepsOnlyAdviceThatGivesSpeedBack) {
         ids << speed.causes()->index(r, 0).data(m.recsModel()->roleNames().key("id")).toString();
     EXPECT_EQ(ids, (QStringList{"quit:slack", "leftovers", "restart"}));
 
+    // An app wears the same colour in the processor bar as in its row, the system's services too.
+    const QVariantList segments = speed.processor()["segments"].toList();
+    ASSERT_GE(segments.size(), 3);
+    for (const auto& segment : segments) {
+        const auto seg = segment.toMap();
+        const auto& rows = speed.whoRows();
+        auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.id == seg["id"].toString().toStdString(); });
+        ASSERT_NE(row, rows.end()) << seg["id"].toString().toStdString();
+        EXPECT_EQ(seg["color"].toString().toStdString(), row->tint) << row->id;
+    }
+
     // The who panel switches measure with the model.
     EXPECT_EQ(speed.whoRows()[2].name, "node");
     m.setWhoMode(AppModel::WhoMode::memory);

@@ -23,6 +23,10 @@ std::string subLine(const AppUsage& a, TimePoint now) {
 
 } // namespace
 
+std::string tint(const AppUsage& app, const std::string& systemKey) {
+    return app.id == systemKey ? "slate" : AppTint::name(app.id);
+}
+
 double share(double cores, int allCores) {
     if (!std::isfinite(cores) || cores <= 0 || allCores < 1) return 0;
     return cores / allCores * 100;
@@ -50,13 +54,8 @@ std::vector<Row> rows(const Input& in) {
         const bool claude = !in.claudeId.empty() && a->bundleID == in.claudeId;
         r.name = claude ? "Claude and what it runs" : a->name;
         r.sub = claude ? "Includes this session" : subLine(*a, in.now);
-        if (a->id == in.systemKey) {
-            r.symbol = "apple.logo";
-            r.tint = "slate";
-        } else {
-            r.symbol = a->bundlePath ? "app" : "terminal";
-            r.tint = AppTint::name(a->id);
-        }
+        r.symbol = a->id == in.systemKey ? "apple.logo" : a->bundlePath ? "app" : "terminal";
+        r.tint = tint(*a, in.systemKey);
         r.appPath = a->bundlePath;
         if (in.memoryMode) {
             r.value = static_cast<double>(std::max<int64_t>(0, a->memory));

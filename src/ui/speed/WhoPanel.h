@@ -40,6 +40,9 @@ inline constexpr std::size_t shown = 7;
 
 [[nodiscard]] std::vector<Row> rows(const Input& in);
 
+// An app's colour in the panel and in the processor bar: slate for the system's own services.
+[[nodiscard]] std::string tint(const AppUsage& app, const std::string& systemKey);
+
 // An app's share of the whole machine in percent: its load in cores over all cores.
 [[nodiscard]] double share(double cores, int allCores);
 

@@ -123,7 +123,9 @@ void StorageScan::walk(const Unit& unit) {
                     if (unit.findsProjects && projects.empty() && e->fts_level < 5 &&
                         std::strcmp(e->fts_name, "node_modules") != 0) {
                         std::string path(e->fts_path, e->fts_pathlen);
-                        if (FS::exists(path + "/.git") || FS::exists(path + "/package.json"))
+                        const auto& markers = layout.storage.projectMarkers;
+                        if (std::any_of(markers.begin(), markers.end(),
+                                        [&](const std::string& m) { return FS::exists(path + "/" + m); }))
                             projects.push_back({e->fts_level, std::move(path)});
                     }
                     break;
@@ -248,6 +250,7 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
     r.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - startedSteady).count();
     r.diskTotal = disk.total;
     r.diskUsed = disk.used();
+    r.diskReserved = disk.reserved;
     r.complete = complete;
     return r;
 }

@@ -105,6 +105,7 @@ private:
     void planApps();
     void planAssetsAndTemporary();
     void add(Unit unit);
+    void tellApartSameTitles();
     [[nodiscard]] bool onHomeVolume(const std::string& path) const;
     [[nodiscard]] std::string splitTitle(const std::string& name, const StorageTables::Rule& rule) const;
 

@@ -43,9 +43,10 @@ namespace FS {
 [[nodiscard]] std::vector<std::string> sortedChildren(const std::string& path); // ascending by bytes
 // The target of a symbolic link; absent when it is none or cannot be read.
 [[nodiscard]] std::optional<std::string> readLink(const std::string& path);
-[[nodiscard]] std::optional<TimePoint> mtime(const std::string& path);    // whole seconds, by lstat
+// The modification date, by lstat, as `fileDate` reads it: one ahead of `now` counts as `now`.
+[[nodiscard]] std::optional<TimePoint> mtime(const std::string& path, TimePoint now = Clock::now());
 // When the file came into being: the birth time where the file system keeps it, else its mtime.
-[[nodiscard]] std::optional<TimePoint> birthTime(const std::string& path);
+[[nodiscard]] std::optional<TimePoint> birthTime(const std::string& path, TimePoint now = Clock::now());
 // Bytes that freeing this one file would give back, where the file system can tell (blocks
 // shared by reflinks or snapshots are left out); absent where it cannot or on failure.
 [[nodiscard]] std::optional<int64_t> privateSize(const std::string& path);

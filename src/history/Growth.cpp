@@ -203,8 +203,7 @@ GrowthReport scan(const Layout& layout, TimePoint now, const Progress& progress,
             if (!S_ISREG(sx.stx_mode)) continue;
             const statx_timestamp& born =
                 dates == Dates::birth && (sx.stx_mask & STATX_BTIME) ? sx.stx_btime : sx.stx_mtime;
-            TimePoint birth = Clock::from_time_t(born.tv_sec) +
-                              std::chrono::duration_cast<Clock::duration>(std::chrono::nanoseconds(born.tv_nsec));
+            TimePoint birth = fileDate(born, now);
             if (birth < periodStart) continue;
             dev_t device = makedev(sx.stx_dev_major, sx.stx_dev_minor);
             if (sx.stx_nlink > 1 && !seenLinks.insert(LinkSet::key(sx.stx_ino, device)).second) continue;

@@ -65,8 +65,9 @@ public:
     [[nodiscard]] static std::vector<Candidate> mergeSameApp(std::vector<Candidate> candidates,
                                                              std::string_view mergedLocation = CleanItem::mergedLocation);
 
-    // The newest of the folder's own modification date and those of its first 300 entries.
-    [[nodiscard]] static std::optional<TimePoint> touched(const std::string& folder);
+    // The newest of the folder's own modification date and those of its first 300 entries; a
+    // date ahead of `now` counts as `now`.
+    [[nodiscard]] static std::optional<TimePoint> touched(const std::string& folder, TimePoint now);
     // When the app installed at `appPath` (its entry file) was last used, if anyone recorded it.
     [[nodiscard]] static std::optional<TimePoint> lastUsed(const std::string& appPath,
                                                            const AppBundles& apps = AppBundles::system());

@@ -58,7 +58,7 @@ std::vector<std::string> Scanner::findBuildDirs() {
 std::optional<TimePoint> Scanner::lastActivity(const std::string& root, const std::vector<std::string>& dirs) const {
     std::optional<TimePoint> newest;
     auto consider = [&](const std::string& path) {
-        if (auto m = FS::mtime(path); m && (!newest || *m > *newest)) newest = m;
+        if (auto m = FS::mtime(path, now); m && (!newest || *m > *newest)) newest = m;
     };
     std::set<std::string> left{".DS_Store", std::string(BuildFolders::deployDir)};
     for (const auto& d : dirs) left.insert(FS::lastComponent(d));

@@ -17,7 +17,7 @@ namespace {
 
 int64_t allocated(const struct stat* st) { return static_cast<int64_t>(st->st_blocks) * 512; }
 
-TimePoint modifiedOf(const struct stat* st) { return Clock::from_time_t(st->st_mtim.tv_sec); }
+TimePoint modifiedOf(const struct stat* st, TimePoint now) { return fileDate(st->st_mtim, now); }
 
 // The lower-cased extension of a name, without allocating for names that have none.
 bool packageName(const char* name, std::size_t length) {
@@ -88,7 +88,7 @@ void StorageScan::walk(const Unit& unit) {
             packages.pop_back();
             if (p.bytes >= floor && unit.kind != StorageKind::apps)
                 found.push_back(BigFile{e->fts_name, e->fts_path, p.bytes, FileKinds::of(e->fts_path), category(),
-                                        modifiedOf(e->fts_statp), std::nullopt});
+                                        modifiedOf(e->fts_statp, started), std::nullopt});
             if (!packages.empty()) packages.back().bytes += p.bytes;
         }
     };
@@ -148,7 +148,7 @@ void StorageScan::walk(const Unit& unit) {
                     countFile();
                     if (bytes >= floor && packages.empty() && unit.kind != StorageKind::apps)
                         found.push_back(BigFile{e->fts_name, e->fts_path, bytes, FileKinds::of(e->fts_name), category(),
-                                                modifiedOf(st), std::nullopt});
+                                                modifiedOf(st, started), std::nullopt});
                     break;
                 }
                 case FTS_SL:

@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -37,6 +38,7 @@ public:
         std::optional<int64_t> bytes{};    // a size known without a walk
         bool ownFilesOnly = false;         // count only the user's own files (shared temporary folders)
         bool countsUnreadable = true;      // false outside the home folder, where most is not ours to read
+        bool selfOnly = false;             // only the folder's own blocks, no row: what it holds is split
         friend bool operator==(const Unit&, const Unit&) = default;
     };
 
@@ -108,7 +110,11 @@ private:
     [[nodiscard]] bool onHomeVolume(const std::string& path) const;
     [[nodiscard]] std::string splitTitle(const std::string& name, const StorageTables::Rule& rule) const;
 
-    void walk(const Unit& unit);
+    // One walk over several units at once, on every core.
+    class Walk;
+    struct Tally;
+    void walkUnits(const std::vector<const Unit*>& batch);
+    void merge(const Unit& unit, bool isFolder, Tally& tally);
     void maybeReport();
     [[nodiscard]] StorageReport snapshot(bool complete, std::vector<AppSize> apps);
     [[nodiscard]] std::vector<AppSize> appSizes();
@@ -152,6 +158,7 @@ private:
     int files = 0;
 
     LinkSet links;
+    std::deque<std::string> projectPaths; // of the projects the walks found, under `lock`; never moved
 
     // Partial reports.
     const Progress* progress = nullptr;

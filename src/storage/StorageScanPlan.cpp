@@ -12,7 +12,13 @@
 namespace {
 
 bool below(const std::string& path, const std::string& folder) {
+    if (folder == "/") return path.size() > 1 && path.front() == '/';
     return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
+}
+
+// A name inside a folder; the root folder "/" gives "/name", never "//name".
+std::string join(const std::string& folder, const std::string& name) {
+    return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
 } // namespace
@@ -82,6 +88,8 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
         return;
     case Action::split:
         if (!FS::isDir(path)) return;
+        // The folder's own blocks count towards its category, though it is no row of its own.
+        add(Unit{.path = path, .kind = rule.kind, .item = path, .name = FS::lastComponent(path), .selfOnly = true});
         for (const std::string& name : FS::sortedChildren(path)) {
             if (rule.skipHidden && name.starts_with(".")) continue;
             if (rule.skipNames.contains(name)) continue;
@@ -100,7 +108,7 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
 
 void StorageScan::planHomeEntry(const std::string& name) {
     const StorageTables& t = layout.storage;
-    std::string path = home + "/" + name;
+    std::string path = join(home, name);
     if (auto rule = t.rules.find(path); rule != t.rules.end()) {
         planRule(path, rule->second);
     } else if (name.starts_with(".")) {
@@ -244,10 +252,13 @@ void StorageScan::plan() {
         for (auto it = t.rules.lower_bound(prefix); it != t.rules.end() && it->first.starts_with(prefix); ++it)
             if (ruled.insert(it->first).second) planRule(it->first, it->second);
     };
+    // The home folder's own blocks are its "other" files'.
+    if (FS::isDir(home))
+        add(Unit{.path = home, .kind = StorageKind::other, .item = home, .name = FS::lastComponent(home), .selfOnly = true});
     for (const std::string& name : FS::sortedChildren(home)) {
-        ruled.insert(home + "/" + name);
+        ruled.insert(join(home, name));
         planHomeEntry(name);
-        planRulesBelow(home + "/" + name);
+        planRulesBelow(join(home, name));
     }
     // Rules for places outside the home folder (a user folder moved elsewhere).
     for (const auto& [path, rule] : t.rules)

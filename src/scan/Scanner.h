@@ -126,6 +126,7 @@ private:
     [[nodiscard]] std::optional<std::string> busyReason(const std::string& root) const;
 
     std::vector<CleanItem> measureAll(const std::vector<Candidate>& candidates);
+    [[nodiscard]] std::vector<std::string> downloadNames(const std::string& folder, int64_t floor) const;
     void publish(bool force, const std::function<void(ScanProgress&)>& change);
     [[nodiscard]] bool cancelled() const { return cancel && cancel->isCancelled(); }
 

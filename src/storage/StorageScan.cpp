@@ -44,6 +44,7 @@ struct StorageScan::Tally {
     int bad = 0;
     std::vector<BigFile> found;
     std::map<std::string, int64_t> projectBytes;
+    std::map<std::string, int64_t> fileRows; // a split folder's files, by name
 };
 
 // One thread's part of a walk. A folder's tag is the path of the project it lies in (or 0),
@@ -55,7 +56,10 @@ public:
         floor = scan.bigFloor;
     }
 
-    bool admit(const Walker::Entry& e) override { return !claimedHere(e); }
+    bool admit(const Walker::Entry& e) override {
+        // A split folder's folders are units of their own.
+        return !units[e.root]->split && !claimedHere(e);
+    }
 
     std::optional<Walker::Enter> folder(const Walker::Entry& e, int fd) override {
         if (e.level == 0 && !starting()) return std::nullopt;
@@ -65,6 +69,8 @@ public:
         const Walker::Stat& st = *e.stat;
         if (e.mountPoint) return std::nullopt; // another volume: not entered, nor its bytes
         if (!unit.ownFilesOnly || st.owner == me) add(t, e.tag, st.bytes);
+        if (unit.split && e.level == 0 && !e.error)
+            return Walker::Enter{scan.claimParents.contains(unit.path) ? uintptr_t(1) : 0, false};
         if (unit.selfOnly) return std::nullopt;
         if (e.error) {
             if (unit.countsUnreadable) ++t.bad;
@@ -91,6 +97,7 @@ public:
         if (e.level == 0 && !starting()) return;
         if (e.level > 0 && (!tick() || claimedHere(e))) return;
         const Unit& unit = *units[e.root];
+        if (unit.split && e.level == 1) return splitFile(unit, e);
         if (unit.selfOnly) return;
         Tally& t = tallyOf(e.root);
         const Walker::Stat& st = *e.stat;
@@ -108,6 +115,19 @@ public:
         }
         add(t, e.tag, st.bytes);
         countFile(t);
+    }
+
+    // A file of a split folder: a row of its own, as a unit of one file would be.
+    void splitFile(const Unit& unit, const Walker::Entry& e) {
+        if (!scan.splitsOff(*unit.split, unit.path, e.name)) return;
+        const Walker::Stat& st = *e.stat;
+        if (S_ISREG(st.mode) && st.links >= 2 && !scan.links.insert(LinkSet::key(st.inode, st.device))) return;
+        Tally& t = tallyOf(e.root);
+        if (st.bytes > 0) t.fileRows[std::string(e.name)] += st.bytes;
+        countFile(t);
+        if (S_ISREG(st.mode) && st.bytes >= floor && unit.kind != StorageKind::apps)
+            t.found.push_back(BigFile{std::string(e.name), e.path(), st.bytes, FileKinds::of(e.name), unit.kind,
+                                      Clock::from_time_t(st.modified), std::nullopt});
     }
 
     void leave(const Walker::Entry& e, uintptr_t) override {
@@ -205,6 +225,13 @@ void StorageScan::merge(const Unit& unit, bool isFolder, Tally& t) {
         if (made)
             it->second = Entry{StorageKind::projects, FS::lastComponent(path), FS::tilde(FS::parent(path), home), 0,
                                true, std::nullopt};
+        it->second.bytes += bytes;
+    }
+    for (const auto& [name, bytes] : t.fileRows) {
+        totals[unit.kind] += bytes;
+        const std::string path = unit.path + "/" + name;
+        auto [it, made] = entries.try_emplace({unit.kind, path});
+        if (made) it->second = Entry{unit.kind, splitTitle(name, *unit.split), unit.split->detail, 0, false, std::nullopt};
         it->second.bytes += bytes;
     }
     if (t.bad > 0) unreadable[unit.kind] += t.bad;

@@ -39,6 +39,9 @@ public:
         bool ownFilesOnly = false;         // count only the user's own files (shared temporary folders)
         bool countsUnreadable = true;      // false outside the home folder, where most is not ours to read
         bool selfOnly = false;             // only the folder's own blocks, no row: what it holds is split
+        // A split folder: its own blocks, and each entry inside that is no folder as a row of its
+        // own (its folders are units of their own), by this rule.
+        const StorageTables::Rule* split = nullptr;
         friend bool operator==(const Unit&, const Unit&) = default;
     };
 
@@ -109,6 +112,8 @@ private:
     void add(Unit unit);
     [[nodiscard]] bool onHomeVolume(const std::string& path) const;
     [[nodiscard]] std::string splitTitle(const std::string& name, const StorageTables::Rule& rule) const;
+    // Whether an entry of a split folder is a row: not hidden or left out by the rule, nor planned by a rule of its own.
+    [[nodiscard]] bool splitsOff(const StorageTables::Rule& rule, const std::string& path, std::string_view name) const;
 
     // One walk over several units at once, on every core.
     class Walk;

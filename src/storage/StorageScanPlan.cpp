@@ -5,6 +5,8 @@
 #include "foundation/Text.h"
 #include "platform/AppInstalls.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -14,6 +16,27 @@ namespace {
 bool below(const std::string& path, const std::string& folder) {
     if (folder == "/") return path.size() > 1 && path.front() == '/';
     return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
+}
+
+// The folders in a folder, by name in ascending order: the listing's own types, a stat only where
+// it has none.
+std::vector<std::string> folders(const std::string& path) {
+    std::vector<std::string> names;
+    DIR* dir = opendir(path.c_str());
+    if (!dir) return names;
+    while (dirent* e = readdir(dir)) {
+        std::string_view n = e->d_name;
+        if (n == "." || n == "..") continue;
+        bool folder = e->d_type == DT_DIR;
+        if (e->d_type == DT_UNKNOWN) {
+            struct stat st {};
+            folder = fstatat(dirfd(dir), e->d_name, &st, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(st.st_mode);
+        }
+        if (folder) names.emplace_back(n);
+    }
+    closedir(dir);
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 // A name inside a folder; the root folder "/" gives "/name", never "//name".
@@ -63,6 +86,12 @@ void StorageScan::add(Unit unit) {
     planUnits.push_back(std::move(unit));
 }
 
+bool StorageScan::splitsOff(const StorageTables::Rule& rule, const std::string& path, std::string_view name) const {
+    if (rule.skipHidden && name.starts_with(".")) return false;
+    if (rule.skipNames.contains(std::string(name))) return false;
+    return !layout.storage.rules.contains(path + "/" + std::string(name)); // planned by its own rule
+}
+
 std::string StorageScan::splitTitle(const std::string& name, const StorageTables::Rule& rule) const {
     if (auto it = rule.subNames.find(name); it != rule.subNames.end()) return it->second;
     if (auto it = rule.names.find(name); it != rule.names.end()) return it->second;
@@ -88,13 +117,14 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
         return;
     case Action::split:
         if (!FS::isDir(path)) return;
-        // The folder's own blocks count towards its category, though it is no row of its own.
-        add(Unit{.path = path, .kind = rule.kind, .item = path, .name = FS::lastComponent(path), .selfOnly = true});
-        for (const std::string& name : FS::sortedChildren(path)) {
-            if (rule.skipHidden && name.starts_with(".")) continue;
-            if (rule.skipNames.contains(name)) continue;
+        // The folder's own blocks count towards its category, though it is no row of its own; its
+        // files are rows that its own walk makes, so that a folder of a million files is no
+        // million units.
+        add(Unit{.path = path, .kind = rule.kind, .item = path, .name = FS::lastComponent(path), .selfOnly = true,
+                 .split = &rule});
+        for (const std::string& name : folders(path)) {
+            if (!splitsOff(rule, path, name)) continue;
             std::string child = path + "/" + name;
-            if (layout.storage.rules.contains(child)) continue; // planned by its own rule
             add(Unit{.path = child,
                      .kind = rule.kind,
                      .item = child,

@@ -115,7 +115,7 @@ Layout Layout::linux(const std::string& home, const Env& env) {
     l.scan = ScanTables::forLinux(places);
     l.removal = RemovalTables::forLinux(places);
     l.monitor = MonitorTables::forLinux(places);
-    l.storage = StorageTables::forLinux(places);
+    l.storage = StorageTables::forLinux(places, l.scan);
     l.actions = ActionTables::forLinux(places);
     l.projects = ProjectTables::forLinux(places);
     return l;

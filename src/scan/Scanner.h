@@ -61,7 +61,7 @@ public:
     // Folder names below /.npm/_npx/ that any of the argument lists mentions.
     [[nodiscard]] static std::set<std::string> npxInUse(const std::vector<std::vector<std::string>>& argumentLists);
     // Candidates of one app joined, the order of first appearance kept; a joined one stands
-    // at `mergedLocation`.
+    // at `mergedLocation`, or at the one folder that holds all its parts.
     [[nodiscard]] static std::vector<Candidate> mergeSameApp(std::vector<Candidate> candidates,
                                                              std::string_view mergedLocation = CleanItem::mergedLocation);
 

@@ -333,9 +333,11 @@ std::vector<Candidate> Scanner::mergeSameApp(std::vector<Candidate> candidates, 
     std::map<std::string, Candidate> byKey;
     std::vector<std::string> order;
     std::set<std::string> merged;
+    std::map<std::string, std::set<std::string>> parents; // by key: the folders holding its parts
     for (auto& c : candidates) {
         bool cache = c.id.starts_with("cache:") || c.id.starts_with("appcache:");
         std::string key = cache ? "merge|" + c.name : "id|" + c.id;
+        if (cache) parents[key].insert(FS::parent(c.location));
         auto it = byKey.find(key);
         if (it == byKey.end()) {
             order.push_back(key);
@@ -357,7 +359,10 @@ std::vector<Candidate> Scanner::mergeSameApp(std::vector<Candidate> candidates, 
     out.reserve(order.size());
     for (const auto& key : order) {
         Candidate& c = byKey.at(key);
-        if (merged.contains(key)) c.location = std::string(mergedLocation);
+        // Two folders of one cache side by side ("Graphics shader cache") stand where they are.
+        if (merged.contains(key))
+            c.location = parents[key].size() == 1 && !parents[key].begin()->empty() ? *parents[key].begin()
+                                                                                    : std::string(mergedLocation);
         out.push_back(std::move(c));
     }
     return out;

@@ -4,27 +4,9 @@
 #include "foundation/Fmt.h"
 #include "foundation/Walker.h"
 #include "scan/Scanner.h"
+#include "storage/FileKind.h"
 
 #include <algorithm>
-#include <set>
-
-namespace {
-
-std::string typeWord(const std::string& path) {
-    static const std::set<std::string, std::less<>> installers{"dmg", "pkg", "mpkg", "iso", "xip",
-                                                               "deb", "rpm", "appimage", "flatpakref"};
-    static const std::set<std::string, std::less<>> archives{"zip", "rar", "7z", "tar", "gz", "tgz", "xz", "bz2",
-                                                             "zst"};
-    static const std::set<std::string, std::less<>> videos{"mp4", "mov", "mkv", "avi", "webm", "m4v"};
-    std::string ext = FS::extension(path);
-    if (installers.contains(ext)) return "Installer";
-    if (archives.contains(ext)) return "Archive";
-    if (videos.contains(ext)) return "Video";
-    if (ext == "app") return "App";
-    return FS::isDir(path) ? "Folder" : "File";
-}
-
-} // namespace
 
 // The names in the folder that could reach `floor`: every folder, and the other entries that
 // occupy at least that much. One pass over the listing, nothing kept of the many small files a
@@ -70,7 +52,7 @@ std::vector<Candidate> Scanner::downloads() {
         const std::string below = path + "/";
         if (std::any_of(buildDirs.begin(), buildDirs.end(), [&](const std::string& d) { return d.starts_with(below); }))
             continue;
-        std::string type = typeWord(path);
+        std::string type = FileKinds::downloadWord(path, FS::isDir(path));
         auto date = FS::birthTime(path);
         Candidate c;
         c.id = "download:" + name;

@@ -41,8 +41,11 @@ const std::array<Extensions, 8> byKind{{
     {FileKind::audio, {"mp3", "wav", "aif", "aiff", "flac", "m4a", "aac", "ogg", "logicx", "band", "musiclibrary"}},
     {FileKind::diskImage, {"dmg", "iso", "img", "sparseimage", "sparsebundle", "vmdk", "qcow2", "vdi", "raw-disk",
                            "pvm", "utm", "vmwarevm", "ipsw"}},
-    {FileKind::archive, {"zip", "rar", "7z", "tar", "gz", "tgz", "xz", "bz2", "zst", "xip"}},
-    {FileKind::installer, {"pkg", "mpkg", "exe", "msi", "apk", "ipa", "xcarchive"}},
+    // A downloaded toolchain ("node-v20.tar.xz", "go1.22.tar.gz") is read by its last extension.
+    {FileKind::archive, {"zip", "rar", "7z", "tar", "gz", "tgz", "xz", "txz", "bz2", "tbz2", "zst", "xip"}},
+    // Linux packages and self-installing images beside the other systems' installers.
+    {FileKind::installer, {"pkg", "mpkg", "exe", "msi", "apk", "ipa", "xcarchive", "deb", "rpm", "appimage",
+                           "flatpak", "flatpakref", "snap", "run"}},
     {FileKind::document, {"pdf", "key", "pages", "numbers", "doc", "docx", "ppt", "pptx", "xls", "xlsx", "csv",
                           "epub"}},
     {FileKind::app, {"app"}},
@@ -77,6 +80,23 @@ std::optional<FileKind> byExtension(std::string_view ext) {
 }
 
 FileKind of(std::string_view path) { return byExtension(FS::extension(path)).value_or(FileKind::other); }
+
+std::string downloadWord(std::string_view path, bool isFolder) {
+    std::optional<FileKind> kind = byExtension(FS::extension(path));
+    switch (kind.value_or(FileKind::other)) {
+    case FileKind::installer: return "Installer";
+    // A disk image in the downloads is what a system or an app is installed from; a folder
+    // that is a disk (a virtual machine) is not.
+    case FileKind::diskImage:
+        if (!isFolder) return "Installer";
+        break;
+    case FileKind::archive: return "Archive";
+    case FileKind::video: return "Video";
+    case FileKind::app: return "App";
+    default: break;
+    }
+    return isFolder ? "Folder" : "File";
+}
 
 bool isPackage(std::string_view ext) {
     return !ext.empty() && std::find(packages.begin(), packages.end(), ext) != packages.end();

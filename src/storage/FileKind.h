@@ -23,6 +23,9 @@ inline constexpr std::array<FileKind, 9> allCases{FileKind::video, FileKind::ima
 [[nodiscard]] std::optional<FileKind> byExtension(std::string_view lowerExtension);
 // The kind of a path by its extension, lower-cased; `other` when unknown.
 [[nodiscard]] FileKind of(std::string_view path);
+// The type word of an entry of the downloads in the cleaning scan, from the same table:
+// "Installer", "Archive", "Video", "App", else "Folder" or "File".
+[[nodiscard]] std::string downloadWord(std::string_view path, bool isFolder);
 // Folders the walk takes as one thing (a photo library, a virtual machine, an app bundle).
 [[nodiscard]] bool isPackage(std::string_view lowerExtension);
 // Packages that must never be offered for the Trash: whole media and music libraries.

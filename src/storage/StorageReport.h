@@ -66,7 +66,8 @@ struct StorageReport {
     TimePoint made{};
     double seconds = 0;
     int64_t diskTotal = 0;
-    int64_t diskUsed = 0;
+    int64_t diskUsed = 0;     // what files take: the volume's total less free and kept-back space
+    int64_t diskReserved = 0; // kept back by the file system for the administrator, neither used nor free
     std::vector<StorageCategory> categories; // biggest first
     std::vector<BigFile> biggest;            // biggest first
     std::vector<AppSize> apps;               // biggest total first

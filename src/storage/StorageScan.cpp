@@ -82,8 +82,9 @@ public:
             packages.push_back({e.level, 0});
             enter.together = true;
         }
+        const auto& markers = scan.layout.storage.projectMarkers;
         if (unit.findsProjects && !project && e.level < 5 && e.name != "node_modules" &&
-            (holds(fd, ".git") || holds(fd, "package.json"))) {
+            std::any_of(markers.begin(), markers.end(), [&](const std::string& m) { return holds(fd, m.c_str()); })) {
             std::lock_guard guard(scan.lock);
             project = &scan.projectPaths.emplace_back(e.path());
         }
@@ -330,6 +331,7 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
     r.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - startedSteady).count();
     r.diskTotal = disk.total;
     r.diskUsed = disk.used();
+    r.diskReserved = disk.reserved;
     r.complete = complete;
     return r;
 }

@@ -110,6 +110,7 @@ private:
     void planApps();
     void planAssetsAndTemporary();
     void add(Unit unit);
+    void tellApartSameTitles();
     [[nodiscard]] bool onHomeVolume(const std::string& path) const;
     [[nodiscard]] std::string splitTitle(const std::string& name, const StorageTables::Rule& rule) const;
     // Whether an entry of a split folder is a row: not hidden or left out by the rule, nor planned by a rule of its own.

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -94,13 +95,16 @@ bool StorageScan::splitsOff(const StorageTables::Rule& rule, const std::string& 
 
 std::string StorageScan::splitTitle(const std::string& name, const StorageTables::Rule& rule) const {
     if (auto it = rule.subNames.find(name); it != rule.subNames.end()) return it->second;
-    if (auto it = rule.names.find(name); it != rule.names.end()) return it->second;
-    if (rule.titlesByAppId && std::count(name.begin(), name.end(), '.') >= 2) {
-        if (auto it = appIdNames.find(name); it != appIdNames.end()) return it->second;
-        if (layout.isLinux() && apps)
-            if (auto entry = apps->entry(name)) return entry->displayName();
-    }
-    return name;
+    auto title = [&]() -> std::string {
+        if (auto it = rule.names.find(name); it != rule.names.end()) return it->second;
+        if (rule.titlesByAppId && std::count(name.begin(), name.end(), '.') >= 2) {
+            if (auto it = appIdNames.find(name); it != appIdNames.end()) return it->second;
+            if (layout.isLinux() && apps)
+                if (auto entry = apps->entry(name)) return entry->displayName();
+        }
+        return rule.unnamedSuffix.empty() ? name : Text::upperFirst(name);
+    };
+    return title() + rule.unnamedSuffix;
 }
 
 void StorageScan::planRule(const std::string& path, const StorageTables::Rule& rule) {
@@ -152,7 +156,13 @@ void StorageScan::planHomeEntry(const std::string& name) {
                      .first = t.firstDots.contains(name)});
         }
     } else {
-        add(Unit{.path = path, .kind = StorageKind::other, .item = path, .name = name});
+        const auto userFolders = layout.userFolders();
+        const bool userFolder = std::find(userFolders.begin(), userFolders.end(), path) != userFolders.end();
+        add(Unit{.path = path,
+                 .kind = StorageKind::other,
+                 .item = path,
+                 .name = name,
+                 .findsProjects = t.homeFoldersFindProjects && !userFolder});
     }
 }
 
@@ -296,4 +306,15 @@ void StorageScan::plan() {
             planRule(path, rule);
             planRulesBelow(path);
         }
+    tellApartSameTitles();
+}
+
+void StorageScan::tellApartSameTitles() {
+    // Two places under one title and one second line ("Graphics shader cache · ~/.cache" for
+    // two folders) would read as one: each gets its own location instead.
+    std::map<std::tuple<StorageKind, std::string, std::optional<std::string>>, std::set<std::string>> rows;
+    for (const Unit& u : planUnits)
+        if (!u.selfOnly) rows[{u.kind, u.name, u.detail}].insert(u.item);
+    for (Unit& u : planUnits)
+        if (!u.selfOnly && u.item.starts_with("/") && rows[{u.kind, u.name, u.detail}].size() > 1) u.detail = FS::tilde(u.path, home);
 }

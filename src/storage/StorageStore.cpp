@@ -128,6 +128,7 @@ std::string encode(const StorageReport& r) {
            {"files", r.files},
            {"complete", r.complete}};
     if (r.vm) j["vm"] = *r.vm;
+    if (r.diskReserved > 0) j["diskReserved"] = r.diskReserved;
     // Names from the file system may hold invalid UTF-8; the file gets U+FFFD in their place.
     return j.dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -147,6 +148,7 @@ std::optional<StorageReport> decode(const std::string& content) {
         r.files = static_cast<int>(integer(need(j, "files")));
         r.complete = boolean(need(j, "complete"));
         if (auto v = maybe(j, "vm")) r.vm = integer(*v);
+        if (auto v = maybe(j, "diskReserved")) r.diskReserved = integer(*v);
         return r;
     } catch (const std::exception&) {
         return std::nullopt;

@@ -21,6 +21,7 @@ std::string text(const StorageReport& r, int64_t swapUsed, Platform platform, co
     line(Fmt::bytes(r.diskUsed) + " used of " + Fmt::bytes(r.diskTotal) + ", " + Fmt::bytes(r.measured()) +
          " measured in " + std::to_string(r.files) + " files, swap " + Fmt::bytes(swapUsed));
     line(remainderLabel(platform) + Fmt::bytes(r.remainder(r.diskUsed, swapShown(r, swapUsed))));
+    if (r.diskReserved > 0) line(std::string(reservedLabel) + Fmt::bytes(r.diskReserved));
     for (const auto& c : r.categories) {
         std::string head = Text::fit(StorageKinds::title(c.kind, platform), 22) + Fmt::bytes(c.bytes);
         if (c.unreadable > 0) head += "  (" + std::to_string(c.unreadable) + " unreadable)";

@@ -1,10 +1,13 @@
 // The built program's storage report over a generated home folder.
 #include "foundation/Fmt.h"
 #include "foundation/Text.h"
+#include "support/LoopMount.h"
 #include "support/RunProgram.h"
 #include "support/TempTree.h"
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <regex>
@@ -92,4 +95,27 @@ TEST(StorageE2E, PrintsTheDiskTheCategoriesTheRemainderTheBiggestFilesAndTheApps
     int apps = lineOf(lines, "== Apps ", biggest);
     EXPECT_GT(apps, movie);
     EXPECT_TRUE(lines[lines.size() - 2].starts_with("took ")) << run.out;
+}
+
+TEST(StorageE2E, AHomeOnAVolumeWithBlocksKeptBackShowsThemApartFromUsedAndFree) {
+    LoopMount volume(64 << 20, 10);
+    if (!volume.ready()) GTEST_SKIP() << volume.why();
+    TempTree scratch; // the support folder stays off the volume, so nothing is written to it
+    const std::string home = volume.point() + "/home";
+    ASSERT_EQ(mkdir(home.c_str(), 0755), 0);
+    auto env = homeEnvironment(home);
+    env["SORRELIN_SUPPORT"] = scratch.path("support");
+    auto df = dfOf(volume.point());
+    ASSERT_TRUE(df);
+
+    auto run = runProgram(SORRELIN_EXE, {"--storage"}, env);
+    ASSERT_EQ(run.status, 0) << run.err;
+    auto lines = Text::split(run.out, '\n', true);
+    ASSERT_GE(lines.size(), 3u) << run.out;
+    EXPECT_TRUE(lines[0].starts_with(Fmt::bytes(df->used) + " used of " + Fmt::bytes(df->size) + ", ")) << lines[0];
+    EXPECT_EQ(lines[2], "Kept back for the system: " + Fmt::bytes(df->size - df->used - df->available)) << run.out;
+    // The reserve is no part of what the system and the rest hold: on an empty volume that is
+    // the file system's own bookkeeping, far less than the tenth kept back.
+    double rest = parseBytes(lines[1].substr(std::string("The system and the rest: ").size()));
+    EXPECT_LT(rest, 0.05 * static_cast<double>(df->size)) << run.out;
 }

@@ -245,6 +245,7 @@ TEST(MacAppCaches, MergeKeepsOtherRowsApartAndInOrder) {
     Candidate b = a;
     b.id = "appcache:x";
     b.paths = {"/2"};
+    b.location = "~/elsewhere/x";
     b.reveal = {"/2-folder"};
     Candidate twice = project;
     auto out = Scanner::mergeSameApp({a, project, b, twice}, "~/merged");
@@ -257,6 +258,12 @@ TEST(MacAppCaches, MergeKeepsOtherRowsApartAndInOrder) {
     EXPECT_EQ(out[1].id, "project:/p");
     EXPECT_EQ(out[1].location, "~/merged"); // repeated ids merge too
     EXPECT_EQ(Scanner::mergeSameApp({a})[0].location, "~/one");
+    // Two folders of one cache side by side keep the folder they share as their place.
+    Candidate shader = a;
+    shader.location = "~/.cache/mesa_shader_cache";
+    Candidate shaderDb = a;
+    shaderDb.location = "~/.cache/mesa_shader_cache_db";
+    EXPECT_EQ(Scanner::mergeSameApp({shader, shaderDb}, "~/merged")[0].location, "~/.cache");
 }
 
 TEST(MacAppCaches, ProgramsOwnFoldersAreNeverOffered) {

@@ -151,6 +151,34 @@ TEST(FileKinds, KindsByExtensionPackagesAndLibraries) {
     for (FileKind k : FileKinds::allCases) EXPECT_EQ(FileKinds::fromRaw(FileKinds::raw(k)), k);
 }
 
+TEST(FileKinds, LinuxDownloadsReadAlikeInTheStorageMapAndTheCleaningScan) {
+    // Installers of every Linux packaging, whatever the case of their extension.
+    for (const char* name : {"google-chrome-stable_current_amd64.deb", "zoom.x86_64.rpm", "Obsidian-1.5.3.AppImage",
+                             "app.flatpak", "org.gimp.GIMP.flatpakref", "code_1.90.snap",
+                             "NVIDIA-Linux-x86_64-550.run", "setup.exe"}) {
+        EXPECT_EQ(FileKinds::of(std::string("/d/") + name), FileKind::installer) << name;
+        EXPECT_EQ(FileKinds::downloadWord(std::string("/d/") + name, false), "Installer") << name;
+    }
+    // Toolchains downloaded as archives, read by their last extension.
+    for (const char* name : {"node-v20.11.1-linux-x64.tar.xz", "go1.22.linux-amd64.tar.gz", "jdk.tgz", "zig.txz",
+                             "sdk.tar.bz2", "llvm.tar.zst"}) {
+        EXPECT_EQ(FileKinds::of(std::string("/d/") + name), FileKind::archive) << name;
+        EXPECT_EQ(FileKinds::downloadWord(std::string("/d/") + name, false), "Archive") << name;
+    }
+    // Install media are installers to the scan and disk images to the map; a virtual machine
+    // that is a folder is neither.
+    EXPECT_EQ(FileKinds::of("/d/ubuntu-24.04.iso"), FileKind::diskImage);
+    EXPECT_EQ(FileKinds::downloadWord("/d/ubuntu-24.04.iso", false), "Installer");
+    EXPECT_EQ(FileKinds::downloadWord("/d/Windows.utm", true), "Folder");
+    EXPECT_EQ(FileKinds::downloadWord("/d/clip.webm", false), "Video");
+    EXPECT_EQ(FileKinds::downloadWord("/d/Tool.app", true), "App");
+    EXPECT_EQ(FileKinds::downloadWord("/d/notes.txt", false), "File");
+    EXPECT_EQ(FileKinds::downloadWord("/d/unpacked", true), "Folder");
+    // A name that only ends like an installer is not one.
+    EXPECT_EQ(FileKinds::of("/d/run"), FileKind::other);
+    EXPECT_EQ(FileKinds::of("/d/.deb"), FileKind::other);
+}
+
 TEST(FileKinds, TrashableNeedsTheHomeTheGuardAndNoLibrary) {
     auto allow = [](const std::string&) { return true; };
     auto refuse = [](const std::string&) { return false; };

@@ -1,7 +1,6 @@
 #include "foundation/FS.h"
-#include "storage/StorageScan.h"
+#include "storage/StorageWalkFixtures.h"
 #include "support/FakeAppBundles.h"
-#include "support/TempTree.h"
 
 #include <gtest/gtest.h>
 
@@ -12,50 +11,9 @@
 #include <algorithm>
 #include <cstdlib>
 
+using namespace StorageWalk;
+
 namespace {
-
-constexpr int64_t MiB = 1 << 20;
-
-// A Linux layout over a generated home that reads nothing of the machine beyond it.
-Layout isolated(const std::string& home, const Layout::Env& env = {}) {
-    Layout l = Layout::linux(home, env);
-    StorageTables& t = l.storage;
-    t.outsideTools.clear();
-    t.assetPlaces.clear();
-    t.temporary.clear();
-    t.snapFilesDir.clear();
-    t.dpkgStatus.clear();
-    t.dpkgInfo.clear();
-    t.systemPlaces.clear();
-    t.procSwaps.clear();
-    return l;
-}
-
-StorageReport walk(const Layout& layout, const AppBundles* apps = nullptr) {
-    StorageScan scan(layout, ScanToken::make(), apps);
-    return scan.run();
-}
-
-const StorageItem* row(const StorageReport& r, StorageKind kind, const std::string& path) {
-    const StorageCategory* c = r.category(kind);
-    if (!c) return nullptr;
-    for (const auto& i : c->items)
-        if (i.path == path) return &i;
-    return nullptr;
-}
-
-int64_t bytesOf(const StorageReport& r, StorageKind kind) {
-    const StorageCategory* c = r.category(kind);
-    return c ? c->bytes : 0;
-}
-
-const BigFile* bigFile(const StorageReport& r, const std::string& path) {
-    for (const auto& f : r.biggest)
-        if (f.path == path) return &f;
-    return nullptr;
-}
-
-int64_t alloc(const TempTree& t, std::string_view relative) { return allocatedSize(t.path(relative)); }
 
 // Allocated bytes of a tree by `du`, hard links once.
 int64_t du(const std::string& path) {
@@ -551,9 +509,13 @@ TEST(StorageScan, CategoriesTheSwapAndTheRemainderAddUpToTheUsedBytes) {
     struct statvfs vfs {};
     ASSERT_EQ(statvfs(home.root().c_str(), &vfs), 0);
     EXPECT_EQ(r.diskTotal, static_cast<int64_t>(vfs.f_blocks) * static_cast<int64_t>(vfs.f_frsize));
-    int64_t used = (static_cast<int64_t>(vfs.f_blocks) - static_cast<int64_t>(vfs.f_bavail)) * static_cast<int64_t>(vfs.f_frsize);
+    const auto blockSize = static_cast<int64_t>(vfs.f_frsize);
+    int64_t used = (static_cast<int64_t>(vfs.f_blocks) - static_cast<int64_t>(vfs.f_bfree)) * blockSize;
+    int64_t reserved = (static_cast<int64_t>(vfs.f_bfree) - static_cast<int64_t>(vfs.f_bavail)) * blockSize;
     // Other programs write meanwhile: the used figure is the volume's, give or take their work.
+    // The blocks kept back for root are not in it.
     EXPECT_NEAR(static_cast<double>(r.diskUsed), static_cast<double>(used), 2e9);
+    EXPECT_NEAR(static_cast<double>(r.diskReserved), static_cast<double>(reserved), 2e9);
     int64_t swap = 123 * MiB;
     EXPECT_EQ(r.measured() + swap + r.remainder(r.diskUsed, swap), r.diskUsed);
 }

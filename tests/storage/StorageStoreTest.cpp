@@ -14,6 +14,7 @@ StorageReport full() {
     r.seconds = 42.25;
     r.diskTotal = 500 * GB;
     r.diskUsed = 300 * GB;
+    r.diskReserved = 25 * GB;
     r.categories = {StorageCategory{StorageKind::assets, 9 * GB,
                                     {StorageItem{"Fonts", "asset:Fonts", 9 * GB, true, "detail", "/System/Library/AssetsV2"}}, 2}};
     r.biggest = {BigFile{"a.iso", "/h/a.iso", 4 * GB, FileKind::diskImage, StorageKind::downloads,
@@ -47,11 +48,13 @@ TEST(StorageStore, SavesAtomicallyAndLoadsWhatItSaved) {
 TEST(StorageStore, OldFileWithoutVmLoadsOneWithoutFilesDoesNot) {
     auto j = nlohmann::json::parse(StorageStore::encode(full()));
     j.erase("vm");
+    j.erase("diskReserved"); // files written before the reserve was told apart
     j["apps"][0].erase("lastUsed");
     j["categories"][0]["items"][0].erase("detail");
     auto loaded = StorageStore::decode(j.dump());
     ASSERT_TRUE(loaded);
     EXPECT_FALSE(loaded->vm);
+    EXPECT_EQ(loaded->diskReserved, 0);
     EXPECT_FALSE(loaded->apps[0].lastUsed);
     EXPECT_FALSE(loaded->categories[0].items[0].detail);
 

@@ -1,6 +1,7 @@
 #include "platform/layout/StorageTables.h"
 
 #include "foundation/FS.h"
+#include "foundation/Text.h"
 
 #include <unistd.h>
 
@@ -148,6 +149,7 @@ StorageTables StorageTables::forMacos(const Places& p) {
 
     t.dotNames = commonDotNames();
     t.firstDots = {".pnpm-store", ".local"};
+    t.projectMarkers = {".git", "package.json"};
     t.dataFolders = {{"com.google.Chrome", {"Google"}},
                      {"com.microsoft.VSCode", {"Code"}},
                      {"com.microsoft.VSCodeInsiders", {"Code - Insiders"}},
@@ -232,7 +234,7 @@ StorageTables StorageTables::forMacos(const Places& p) {
     return t;
 }
 
-StorageTables StorageTables::forLinux(const Places& p) {
+StorageTables StorageTables::forLinux(const Places& p, const ScanTables& scan) {
     StorageTables t;
     const std::string& home = p.home;
 
@@ -261,6 +263,15 @@ StorageTables StorageTables::forLinux(const Places& p) {
         r.titlesByAppId = true;
         t.rules[*parent] = r;
     }
+    // The cache folder's entries read as the Clean tab names them ("Yarn cache", "pnpm metadata
+    // cache", "Huggingface models"), and any other as "{Name} cache".
+    Rule& cache = t.rules[p.xdgCache];
+    for (const auto& [name, known] : scan.knownCaches) cache.subNames[name] = known.title;
+    for (const auto& name : scan.modelDirs) cache.subNames[name] = Text::upperFirst(name) + " models";
+    for (const auto* rows : {&scan.leadingToolRows, &scan.toolRows})
+        for (const auto& row : *rows)
+            if (FS::parent(row.path) == p.xdgCache) cache.subNames[FS::lastComponent(row.path)] = row.name;
+    cache.unnamedSuffix = " cache";
     // Flatpak's per-user folder holds the apps and runtimes, which are measured as such; its
     // object store is mostly hard links of them.
     t.rules[p.dataHome + "/flatpak"] = skip();
@@ -286,6 +297,10 @@ StorageTables StorageTables::forLinux(const Places& p) {
              {".nuget", "NuGet packages"}, {".dotnet", ".NET tools"}, {".platformio", "PlatformIO"}})
         t.dotNames[dot] = title;
     t.firstDots = {".pnpm-store", ".local"};
+    t.projectMarkers = {".git", "package.json", "Cargo.toml", "pyproject.toml", "go.mod"};
+    t.homeFoldersFindProjects = true;
+    // Go's module cache holds a go.mod in every module: tools, not the user's code.
+    t.rules[home + "/go/pkg"] = unit(StorageKind::developer, "Go modules");
     t.dataFolders = {{"google-chrome", {"google-chrome"}},
                      {"com.google.Chrome", {"google-chrome"}},
                      {"chromium", {"chromium"}},

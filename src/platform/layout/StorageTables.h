@@ -3,6 +3,7 @@
 // map, where installed apps and the system's own files lie, and the named places of growth.
 #include "history/GrowthReport.h"
 #include "platform/Places.h"
+#include "platform/layout/ScanTables.h"
 #include "storage/StorageKind.h"
 
 #include <map>
@@ -37,8 +38,9 @@ struct StorageTables {
         bool skipHidden = true;             // split: leave out names that start with "."
         std::set<std::string> skipNames;    // split: names left out
         std::map<std::string, std::string> names; // split: titles of folders not named after their app
-        std::map<std::string, std::string> subNames; // split of developer folders: titles by name
+        std::map<std::string, std::string> subNames; // split: titles by name, taken as they stand
         bool titlesByAppId = false;         // split: a name of three or more dot parts is an app id
+        std::string unnamedSuffix;          // split: added to a title that `subNames` did not give
     };
 
     // Tools outside the home folder, each measured only if it is a folder.
@@ -47,6 +49,12 @@ struct StorageTables {
     // rule: hidden folders are developer tools titled by `dotNames`, everything else is "other".
     std::map<std::string, Rule> rules;
     std::map<std::string, std::string> dotNames;
+    // A folder under level 5 of a unit that finds projects, holding one of these, is a code
+    // project (node_modules never is).
+    std::vector<std::string> projectMarkers;
+    // Besides the rules' own: every folder directly in the home folder that is neither hidden
+    // nor a user folder finds projects (where developers keep ~/code, ~/src, ~/projects...).
+    bool homeFoldersFindProjects = false;
     std::set<std::string> firstDots;     // hidden home folders walked before every other unit
     // Extra folder names under which an app, by its id, keeps its data.
     std::map<std::string, std::vector<std::string>> dataFolders;
@@ -114,6 +122,7 @@ struct StorageTables {
     std::map<std::string, std::string> cacheNames;
     std::map<std::string, std::string> growthDotNames;
 
-    [[nodiscard]] static StorageTables forLinux(const Places& places);
+    // The cache folder's rows take the titles that the cleaning scan gives the same folders.
+    [[nodiscard]] static StorageTables forLinux(const Places& places, const ScanTables& scan);
     [[nodiscard]] static StorageTables forMacos(const Places& places);
 };

@@ -1,5 +1,5 @@
-// The home volume's capacity from statvfs, and a name a person recognises: the file system's
-// label, else its mount point.
+// The home volume's capacity from statvfs (used, available and kept back, as df counts them),
+// and a name a person recognises: the file system's label, else its mount point.
 #include "foundation/DiskInfo.h"
 #include "foundation/FS.h"
 #include "foundation/Text.h"
@@ -38,8 +38,8 @@ DiskInfo DiskInfo::of(const std::string& path) {
     info.name = "your disk";
     struct statvfs vfs {};
     if (statvfs(path.c_str(), &vfs) != 0) return info;
-    info.total = static_cast<int64_t>(vfs.f_blocks) * static_cast<int64_t>(vfs.f_frsize);
-    info.available = static_cast<int64_t>(vfs.f_bavail) * static_cast<int64_t>(vfs.f_frsize);
+    info = fromBlocks(vfs.f_blocks, vfs.f_bfree, vfs.f_bavail, vfs.f_frsize);
+    info.name = "your disk";
     struct stat st {};
     if (stat(path.c_str(), &st) == 0) {
         auto mounts = MountTable::read();

@@ -1,0 +1,71 @@
+#include "ui/Pictures.h"
+
+#include "foundation/AtomicFile.h"
+#include "foundation/Rendering.h"
+#include "ui/UiEngine.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImageWriter>
+#include <QQmlComponent>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+namespace Pictures {
+
+Renderer::Renderer() : qml(std::make_unique<QQmlEngine>()) {
+    // The Motion singleton reads the switch when the engine first needs it.
+    Tools::rendering = true;
+    UiEngine::prepare(*qml);
+}
+
+Renderer::~Renderer() = default;
+
+QImage Renderer::draw(const Scene& scene) {
+    lastError.clear();
+    QQmlComponent component(qml.get(), scene.source, QQmlComponent::PreferSynchronous);
+    if (!component.isReady()) {
+        // Creating from a component in error crashes Qt 6.4: say why instead.
+        lastError = component.isError() ? component.errorString() : QStringLiteral("the scene is still loading");
+        return {};
+    }
+    QQuickWindow window;
+    window.setColor(Qt::transparent);
+    window.resize(scene.size);
+    std::unique_ptr<QObject> root(component.createWithInitialProperties(scene.properties, qml->rootContext()));
+    auto* item = qobject_cast<QQuickItem*>(root.get());
+    if (!item) {
+        lastError = component.isError() ? component.errorString() : QStringLiteral("the scene's root is not an Item");
+        return {};
+    }
+    item->setParentItem(window.contentItem());
+    item->setSize(scene.size);
+
+    // Images, text layout and bindings may take a few frames to settle; take the first frame
+    // that equals the one before it, and the last one after a bounded number of tries.
+    QImage previous;
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        QCoreApplication::processEvents();
+        QImage frame = window.grabWindow();
+        if (frame.isNull()) {
+            lastError = QStringLiteral("the window could not be grabbed");
+            return {};
+        }
+        frame.setDevicePixelRatio(window.effectiveDevicePixelRatio());
+        if (frame == previous) return frame;
+        previous = std::move(frame);
+    }
+    return previous;
+}
+
+bool writePng(const QImage& image, const QString& path) {
+    if (image.isNull()) return false;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(image)) return false;
+    return AtomicFile::write(path.toStdString(), std::string_view(bytes.constData(), std::size_t(bytes.size())));
+}
+
+} // namespace Pictures

@@ -1,0 +1,31 @@
+#include "ui/UiEngine.h"
+
+#include "ui/AppIconProvider.h"
+#include "ui/Fonts.h"
+
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+
+namespace UiEngine {
+
+void configureProcess(bool pictures) {
+    // Our components restyle Basic; a desktop style would bring the desktop's colours back.
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    if (pictures) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // Pictures at twice the point size, as on a high-density screen: text and symbols crisp.
+        qputenv("QT_SCALE_FACTOR", "2");
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
+
+void prepare(QQmlEngine& engine) {
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.addImageProvider(QStringLiteral("appicon"), new AppIconProvider());
+    Fonts::install();
+}
+
+QUrl url(const QString& file) { return QUrl(QStringLiteral("qrc:/qt/qml/Sorrelin/") + file); }
+
+} // namespace UiEngine

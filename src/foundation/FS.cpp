@@ -177,18 +177,4 @@ std::string extension(std::string_view path) {
     return Text::lower(std::string_view(name).substr(dot + 1));
 }
 
-void walk(const std::string& root, int options, const std::function<bool()>& stop,
-          const std::function<void(FTS*, FTSENT*)>& body) {
-    std::string copy = root;
-    char* roots[] = {copy.data(), nullptr};
-    FTS* fts = fts_open(roots, options, nullptr);
-    if (!fts) return;
-    std::size_t count = 0;
-    while (FTSENT* e = fts_read(fts)) {
-        if (stop && (++count % 256 == 0) && stop()) break;
-        body(fts, e);
-    }
-    fts_close(fts);
-}
-
 } // namespace FS

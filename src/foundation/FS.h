@@ -6,10 +6,7 @@
 #include "foundation/ScanToken.h"
 #include "foundation/Time.h"
 
-#include <fts.h>
-
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,11 +53,6 @@ namespace FS {
 [[nodiscard]] std::string lastComponent(std::string_view path);
 [[nodiscard]] std::string parent(std::string_view path);
 [[nodiscard]] std::string extension(std::string_view path); // lower-cased, without the dot
-
-// One fts walk over `root`. `stop` is asked every 256 entries and ends the walk when true.
-// `body` may call fts_set on the entry to skip it.
-void walk(const std::string& root, int options, const std::function<bool()>& stop,
-          const std::function<void(FTS*, FTSENT*)>& body);
 
 // Bytes that clearing `paths` would free, with hard links counted once across all of them and
 // links held outside put in `shared`. A cancelled token ends each walk early (partial figure).

@@ -130,6 +130,7 @@ private:
     // The size of a tree candidate whose paths all lie in the home, no link on the way; absent
     // when one does not.
     [[nodiscard]] std::optional<int64_t> measureInHome(const std::vector<std::string>& paths) const;
+    [[nodiscard]] std::vector<std::string> downloadNames(const std::string& folder, int64_t floor) const;
     void publish(bool force, const std::function<void(ScanProgress&)>& change);
     [[nodiscard]] bool cancelled() const { return cancel && cancel->isCancelled(); }
 

@@ -285,3 +285,19 @@ TEST(Growth, BirthTimesComeFromTheFileSystem) {
         EXPECT_EQ(r.total(), 0); // no birth time here: the modification time decides
     }
 }
+
+TEST(Growth, ANewFileLinkedFromTwoPlacesIsBookedOnTheFirstInPathOrderEveryRun) {
+    UtcZone utc;
+    TempTree home;
+    bornAt(home, "Videos/clip.bin", 300'000, onDay(4));
+    home.hardLink("Videos/clip.bin", "Downloads/clip.bin");
+    for (int i = 0; i < 40; ++i) home.file("Documents/filler" + std::to_string(i) + "/x", 100);
+    for (int run = 0; run < 4; ++run) {
+        GrowthReport r = scan(home);
+        const GrowthPlace* downloads = place(r.biggest, "Downloads");
+        ASSERT_TRUE(downloads) << run;
+        EXPECT_EQ(downloads->bytes, alloc(home, "Videos/clip.bin"));
+        EXPECT_FALSE(place(r.biggest, "Videos"));
+        EXPECT_EQ(r.days[4].total(), alloc(home, "Videos/clip.bin"));
+    }
+}

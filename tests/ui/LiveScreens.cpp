@@ -2,6 +2,7 @@
 
 #include "foundation/AtomicFile.h"
 #include "history/History.h"
+#include "history/HistoryFile.h"
 #include "ui/App.h"
 #include "ui/UiEngine.h"
 
@@ -80,7 +81,7 @@ void Machine::keepGrowth(const std::vector<int64_t>& totals) {
     HistoryData data;
     data.growth = growthReport(clock.now(), totals);
     // Written by hand: once a picture was drawn in this process, History::save writes nothing.
-    ASSERT_TRUE(AtomicFile::write(support.path("history.json"), History::encode(data)));
+    ASSERT_TRUE(AtomicFile::write(support.path("history.json"), HistoryFile::encode(data)));
 }
 
 GrowthReport Machine::growthReport(TimePoint now, const std::vector<int64_t>& totals) {

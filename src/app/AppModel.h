@@ -292,6 +292,10 @@ public:
     Q_INVOKABLE void scanIfStale(double maxAge = 600);
     Q_INVOKABLE void cancelScan();
     void finishScan(std::vector<CleanItem> found, int folders, const std::shared_ptr<ScanToken>& token);
+    // The scanned state that pictures of the screens show: every unlocked item that is on by
+    // default ticked (the user's own choices and the staleness rules aside), the scan dated now
+    // and said to have taken `seconds`, the disk read again.
+    void settleForPictures(int seconds);
     void clean(const std::vector<CleanItem>& chosen, const std::string& source, std::optional<std::string> label = std::nullopt,
                std::function<void(const CleanReport&)> finished = {});
     Q_INVOKABLE void cleanSelected();

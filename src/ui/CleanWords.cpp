@@ -66,7 +66,7 @@ QVariantList CleanWords::ring(const QVariantMap& disk, qint64 swap, qint64 safe,
         return QVariantMap{{"id", QString::fromLatin1(id)}, {"value", double(value)}, {"color", QString::fromLatin1(colour)},
                            {"striped", striped}};
     };
-    return {part("other", room, "other", false),         part("swap", swapPart, "orange", true),
+    return {part("other", room, "otherStroke", false),         part("swap", swapPart, "orange", true),
             part("safe", safePart, "amber", false),      part("rebuild", rebuildPart, "blue", false),
             part("yours", yoursPart, "purple", false),   part("free", available, "green", false)};
 }

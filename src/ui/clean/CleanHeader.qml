@@ -33,6 +33,7 @@ Panel {
             total: root.disk.total || 0
             segments: root.model ? CleanWords.ring(root.disk, root.model.vitals.swapUsed || 0, root.totals[0], root.totals[1], root.totals[2]) : []
             Column {
+                anchors.centerIn: parent
                 spacing: 1
                 UiText {
                     anchors.horizontalCenter: parent.horizontalCenter
@@ -77,7 +78,7 @@ Panel {
                 Layout.topMargin: 2
                 spacing: Metrics.gapWide
                 LegendEntry {
-                    colour: Palette.other
+                    colour: Palette.otherStroke
                     text: "Apps and your files"
                     tip: "Apps, the system and your own documents. Sorrelin never suggests these."
                 }

@@ -90,6 +90,7 @@ Panel {
                                 color: Palette.purpleText
                                 font.pixelSize: Metrics.small
                             }
+                            UiText { text: modelData.size; color: Palette.text2; font.pixelSize: Metrics.small }
                         }
                     }
                 }

@@ -80,7 +80,8 @@ Item {
             tip: root.badge.tip || ""
         }
         ColumnLayout {
-            Layout.preferredWidth: 86
+            Layout.fillWidth: false
+            Layout.preferredWidth: 120
             spacing: 5
             UiText {
                 objectName: "size"

@@ -5,13 +5,13 @@ import QtQuick.Layouts
 // The rows a tier keeps folded: how many, how much of them is ticked and their size.
 Item {
     id: root
-    property var state: ({})
+    property var words: ({})
     signal clicked()
 
     objectName: "moreRow"
     height: 44
     Accessible.role: Accessible.Button
-    Accessible.name: state.title || ""
+    Accessible.name: words.title || ""
     Accessible.onPressAction: clicked()
 
     HoverWash { anchors.fill: parent; hovered: hover.hovered }
@@ -20,14 +20,15 @@ Item {
         anchors { fill: parent; leftMargin: Metrics.pad; rightMargin: Metrics.pad }
         spacing: Metrics.gap
         Glyph { symbol: "chevron.down"; size: 15; color: Palette.text2 }
-        UiText { objectName: "moreTitle"; text: root.state.title || ""; font.weight: Font.Medium }
+        UiText { objectName: "moreTitle"; text: root.words.title || ""; font.weight: Font.Medium }
         UiText {
             objectName: "moreLine"
             Layout.fillWidth: true
-            text: root.state.line || ""
+            text: root.words.line || ""
             color: Palette.text3
             font.pixelSize: Metrics.small
         }
+        UiText { objectName: "moreSize"; text: root.words.size || ""; color: Palette.text2 }
     }
     HoverHandler { id: hover; cursorShape: Qt.PointingHandCursor }
     TapHandler { onTapped: root.clicked() }

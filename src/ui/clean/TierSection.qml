@@ -10,12 +10,12 @@ ColumnLayout {
     property int tier: 0
     property bool firstScan: false
     readonly property var items: model ? model.itemsIn(tier) : null
-    readonly property var state: {
+    readonly property var words: {
         if (!model) return CleanWords.tier(tier, null, firstScan);
         model.selected; model.items.count;
         return CleanWords.tier(tier, items, firstScan);
     }
-    readonly property color tint: Palette.named(state.colour)
+    readonly property color tint: Palette.named(words.colour)
     readonly property bool expanded: model !== null && model.expanded.indexOf(tier) >= 0
     readonly property int count: items ? items.count : 0
     readonly property int shown: CleanWords.shownRows(count, expanded)
@@ -33,26 +33,26 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.topMargin: Metrics.gapTight
         spacing: Metrics.gap
-        IconTile { symbol: root.state.symbol; tint: root.tint; size: 26 }
+        IconTile { symbol: root.words.symbol; tint: root.tint; size: 26 }
         UiText {
-            text: root.state.title
+            text: root.words.title
             font.pixelSize: Metrics.title
             font.weight: Font.DemiBold
         }
         CountBadge { n: root.count; visible: root.count > 0 }
         UiText {
-            text: root.state.totalText
+            text: root.words.totalText
             visible: root.count > 0
             color: Palette.text2
         }
-        InfoTip { text: root.state.tip }
+        InfoTip { text: root.words.tip }
         Item { Layout.fillWidth: true }
         LinkButton {
             objectName: "selectAll"
-            visible: root.state.open > 0
-            text: root.state.select
+            visible: root.words.open > 0
+            text: root.words.select
             color: Palette.text2
-            onClicked: root.model.setAll(root.tier, !root.state.allTicked)
+            onClicked: root.model.setAll(root.tier, !root.words.allTicked)
         }
     }
 
@@ -83,7 +83,7 @@ ColumnLayout {
                     }
                     UiText {
                         anchors.verticalCenter: parent.verticalCenter
-                        text: root.state.empty
+                        text: root.words.empty
                         color: Palette.text3
                     }
                 }
@@ -104,7 +104,7 @@ ColumnLayout {
             MoreRow {
                 width: rows.width
                 visible: root.count > root.shown
-                state: root.count > root.shown ? (root.model.selected, CleanWords.more(root.items, root.shown)) : ({})
+                words: root.count > root.shown ? (root.model.selected, CleanWords.more(root.items, root.shown)) : ({})
                 onClicked: root.model.setExpanded(root.tier, true)
             }
             LinkButton {

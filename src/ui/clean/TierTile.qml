@@ -9,12 +9,12 @@ Rectangle {
     readonly property AppModel model: App.model
     property int tier: 0
     property bool firstScan: false
-    readonly property var state: {
+    readonly property var words: {
         if (!model) return CleanWords.tier(tier, null, firstScan);
         model.selected; model.items.count;
         return CleanWords.tier(tier, model.itemsIn(tier), firstScan);
     }
-    readonly property color tint: Palette.named(state.colour)
+    readonly property color tint: Palette.named(words.colour)
 
     objectName: "tierTile" + tier
     implicitHeight: 66
@@ -24,11 +24,11 @@ Rectangle {
     border.color: hover.hovered ? Qt.rgba(tint.r, tint.g, tint.b, 0.40) : Palette.line
     Behavior on color { ColorAnimation { duration: Motion.hover.duration } }
     Accessible.role: Accessible.Button
-    Accessible.name: state.a11y
+    Accessible.name: words.a11y
     Accessible.onPressAction: toggle()
 
     function toggle() {
-        if (model && state.open > 0) model.setAll(tier, !state.allTicked);
+        if (model && words.open > 0) model.setAll(tier, !words.allTicked);
     }
 
     ColumnLayout {
@@ -40,7 +40,7 @@ Rectangle {
             Rectangle { width: 8; height: 8; radius: 4; color: root.tint }
             UiText {
                 Layout.fillWidth: true
-                text: root.state.title
+                text: root.words.title
                 color: Palette.text2
                 font.pixelSize: Metrics.small
                 font.weight: Font.Medium
@@ -49,15 +49,15 @@ Rectangle {
         UiText {
             objectName: "tileTotal"
             Layout.fillWidth: true
-            text: root.firstScan ? "…" : root.state.totalText
+            text: root.firstScan ? "…" : root.words.totalText
             font.pixelSize: Metrics.title
             font.weight: Font.DemiBold
         }
         UiText {
             objectName: "tileLine"
             Layout.fillWidth: true
-            text: root.state.line
-            color: root.state.allTicked ? Qt.lighter(root.tint, 1.15) : Palette.text3
+            text: root.words.line
+            color: root.words.allTicked ? Qt.lighter(root.tint, 1.15) : Palette.text3
             font.pixelSize: Metrics.caption
         }
     }

@@ -16,6 +16,9 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QQuickView>
+#include <QElapsedTimer>
+#include <QFileInfo>
 #include <QSignalSpy>
 
 #include <semaphore>
@@ -377,4 +380,67 @@ TEST(Screens, TheFirstScanAndAWindowCleanShowTheirStatesInTurn) {
     EXPECT_FALSE(h.model->cleanSummary());
     EXPECT_FALSE(h.model->report()) << "the sheet told it; no banner repeats it";
     EXPECT_FALSE(window["cleanLayer"]->property("shown").toBool());
+}
+
+namespace {
+
+// Runs the event loop until `done` holds; false after `seconds`.
+bool waitUntil(const std::function<bool()>& done, double seconds) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > seconds * 1000) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+    return true;
+}
+
+} // namespace
+
+// The window appearing makes the monitor live and scans when the last scan is old; going away
+// makes it quiet again and leaves a running scan alone. With FENNELBOX_SNAPSHOT set, a picture
+// of the window is written after it appears. While pictures are made, nothing of this happens.
+TEST(Screens, TheWindowComingAndGoingTellsTheModelButPicturesDoNot) {
+    Home h;
+    TempTree shots;
+    const std::string shot = shots.path("window.png");
+    qputenv("FENNELBOX_SNAPSHOT", QByteArray::fromStdString(shot));
+    {
+        QQuickView view;
+        UiEngine::prepare(*view.engine());
+        view.setResizeMode(QQuickView::SizeRootObjectToView);
+        view.setSource(UiEngine::url("MainView.qml"));
+        ASSERT_EQ(view.status(), QQuickView::Ready) << view.errors().value(0).toString().toStdString();
+        view.resize(ScreenPictures::windowSize);
+        EXPECT_FALSE(h.model->isScanning());
+        view.show();
+        EXPECT_TRUE(h.model->isScanning()) << "never scanned, so the window scans";
+        EXPECT_EQ(h.model->monitorInterval(), 3);
+        view.hide();
+        EXPECT_EQ(h.model->monitorInterval(), 60);
+        EXPECT_TRUE(h.model->isScanning()) << "closing the window leaves the scan running";
+        view.show();
+        EXPECT_TRUE(waitUntil([&] { return QFileInfo::exists(QString::fromStdString(shot)); }, 20)) << "no snapshot written";
+        EXPECT_EQ(QImage(QString::fromStdString(shot)).width(), view.width() * view.devicePixelRatio());
+        ASSERT_TRUE(waitUntil([&] { return !h.model->isScanning(); }, 60));
+        view.hide();
+        view.show();
+        EXPECT_FALSE(h.model->isScanning()) << "a scan younger than ten minutes is not repeated";
+        view.hide();
+    }
+    qunsetenv("FENNELBOX_SNAPSHOT");
+
+    h.model->cancelScan();
+    Home fresh;
+    Tools::rendering = true;
+    {
+        QQuickView view;
+        UiEngine::prepare(*view.engine());
+        view.setSource(UiEngine::url("MainView.qml"));
+        view.show();
+        EXPECT_FALSE(fresh.model->isScanning());
+        EXPECT_EQ(fresh.model->monitorInterval(), 60);
+        view.hide();
+    }
+    Tools::rendering = false;
 }

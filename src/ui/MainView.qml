@@ -108,7 +108,9 @@ Rectangle {
     }
 
     ToastView {
-        anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: 22 }
+        // Above the Clean tab's footer, which holds its own words and button.
+        anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom
+                  bottomMargin: root.model && root.model.tab === 2 ? 82 : 22 }
         z: 6
         maxWidth: Math.min(640, root.width - 80)
     }

@@ -84,6 +84,8 @@ struct View {
     QQuickItem* operator[](const QString& name) const { return find(root.get(), name); }
 };
 
+void picture(const QString& file);
+
 } // namespace
 
 TEST(Screens, EveryPictureOfTheWindowBuildsCleanlyOnAGeneratedHome) {
@@ -134,6 +136,23 @@ TEST(Screens, ATickInTheCleanTabReachesTheModelAndRedrawsOneRow) {
     // The footer and the tile follow the same tick.
     const QString first = view["footerFirst"]->property("text").toString();
     EXPECT_EQ(first.startsWith("Nothing ticked"), h.model->selectedItems().empty()) << first.toStdString();
+
+    // A tile ticks its whole tier, then unticks it; the clean button with nothing ticked
+    // nudges rather than asking to clear nothing.
+    QQuickItem* tile = view["tierTile0"];
+    for (Tier t : Tiers::allCases) h.model->setAll(t, false);
+    QMetaObject::invokeMethod(tile, "toggle");
+    EXPECT_TRUE(h.model->allSelected(Tier::safe));
+    EXPECT_EQ(find(tile, "tileLine")->property("text").toString().toStdString(), "All ticked");
+    QMetaObject::invokeMethod(tile, "toggle");
+    EXPECT_EQ(h.model->ticked(Tier::safe), 0);
+    QMetaObject::invokeMethod(view["cleanButton"], "clicked");
+    EXPECT_FALSE(h.model->confirming());
+    EXPECT_EQ(view["footerSecond"]->property("text").toString().toStdString(), "Tick something in the list first");
+    h.model->toggle(target);
+    EXPECT_EQ(view["footerSecond"]->property("text").toString().toStdString(), "1 item. All of it comes back on its own.");
+    QMetaObject::invokeMethod(view["cleanButton"], "clicked");
+    EXPECT_TRUE(h.model->confirming());
 }
 
 TEST(Screens, TheConfirmLayerShowsTheTicksAndCancelClearsIt) {
@@ -173,6 +192,8 @@ TEST(Screens, ACleanFromHomeShowsItsBannerInTheCleanTabUntilDismissed) {
     EXPECT_TRUE(banner->isVisible());
     const QString headline = view["bannerHeadline"]->property("text").toString();
     EXPECT_TRUE(headline.startsWith("Freed ")) << headline.toStdString();
+    h.model->go(Tab::clean);
+    picture("clean-banner.png");
     // The cleared caches are gone from the list and from the disk.
     EXPECT_TRUE(h.model->itemsIn(Tier::safe).empty());
     EXPECT_FALSE(QDir(QString::fromStdString(h.home.path(".cache/oldtool"))).exists());

@@ -84,7 +84,7 @@ struct View {
     QQuickItem* operator[](const QString& name) const { return find(root.get(), name); }
 };
 
-void picture(const QString& file);
+void picture(const QString& file, QSize size = ScreenPictures::windowSize);
 
 } // namespace
 
@@ -331,9 +331,9 @@ TEST(Screens, TheCleanTabFoldsALongTierAndKeepsOddNamesInTheirRows) {
 
 namespace {
 
-void picture(const QString& file) {
+void picture(const QString& file, QSize size) {
     Pictures::Renderer renderer;
-    QImage image = renderer.draw({UiEngine::url("MainView.qml"), ScreenPictures::windowSize, {}});
+    QImage image = renderer.draw({UiEngine::url("MainView.qml"), size, {}});
     ASSERT_FALSE(image.isNull()) << renderer.error().toStdString();
     EXPECT_TRUE(Pictures::writePng(image, QString(SORRELIN_PICTURES) + "/screens/" + file));
 }
@@ -376,6 +376,18 @@ TEST(Screens, TheFirstScanAndAWindowCleanShowTheirStatesInTurn) {
     EXPECT_EQ(find(clean["tierTile0"], "tileLine")->property("text").toString().toStdString(), "Measuring…");
     h.model->go(Tab::clean);
     picture("clean-first-scan.png");
+    // The window at its smallest, with the pill at its widest: the toolbar must still fit.
+    picture("clean-first-scan-smallest.png", QSize(1000, 700));
+    {
+        View smallest("MainView.qml");
+        smallest.root->setSize(QSizeF(1000, 700));
+        QQuickItem* tabs = smallest["toolbarTabs"];
+        QQuickItem* pill = smallest["activityPill"];
+        ASSERT_TRUE(tabs && pill && pill->isVisible());
+        const qreal tabsRight = tabs->mapToItem(smallest.root.get(), QPointF(tabs->width(), 0)).x();
+        const qreal pillLeft = pill->mapToItem(smallest.root.get(), QPointF(0, 0)).x();
+        EXPECT_LE(tabsRight, pillLeft) << "the tabs run under the activity pill";
+    }
     h.model->go(Tab::home);
     picture("home-first-scan.png");
     gate->release();

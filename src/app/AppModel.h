@@ -12,7 +12,7 @@
 //   is a constant object whose rows signal their own changes):
 //     disk {name,total,available,reserved,used}; items (list); selected (ids); scanProgress
 //     {stage,checked,done,total,label,found} or null; cleanProgress {done,total,label,source,
-//     showsSheet} or null, its items in cleanItems; cleanSummary {report,before} or null;
+//     showsSheet} or null, its items in cleanItems; cleanSummary {report,before,dryRun} or null;
 //     lastScan (date or null); report {freed,removedCount,trashed,failures,availableAfter,date,
 //     source} or null; expanded (tier numbers); confirming; emptyingTrash; loginItemOn; tab;
 //     tabForward; acting (rec id -> "queued"|"busy"|"done"); batch {done,total} or null;

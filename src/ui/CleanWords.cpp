@@ -262,7 +262,10 @@ QVariantMap CleanWords::done(const QVariant& cleanSummary, ListModel* items, boo
     bool safe = false;
     for (int row = 0; items && row < items->count(); ++row)
         safe = safe || items->get(row).value("tier").toInt() == Tiers::id(Tier::safe);
-    QString subline = QStringLiteral("You have %1 free now.").arg(bytes(r.value("availableAfter").toLongLong()));
+    // A dry run left the disk as it was: what it would have left is the free space before plus
+    // what it pretended to free.
+    const qint64 free = s.value("dryRun").toBool() ? s.value("before").toLongLong() + freed : r.value("availableAfter").toLongLong();
+    QString subline = QStringLiteral("You have %1 free now.").arg(bytes(free));
     if (trashed > 0) subline += QStringLiteral(" %1 is in the Trash until you empty it.").arg(bytes(trashed));
     else if (safe) subline += QStringLiteral(" Apps refill their caches as you use them.");
     const QStringList failures = r.value("failures").toStringList();

@@ -186,6 +186,13 @@ TEST(CleanWords, WhatACleanGaveBackNamesTheTrashOrTheRefill) {
     EXPECT_EQ(str(d["subline"]), "You have 50.0 GB free now. Apps refill their caches as you use them.");
     EXPECT_EQ(str(d["failed"]), "");
 
+    QVariantMap dry = summary(0, {});
+    dry["dryRun"] = true;
+    EXPECT_EQ(str(CleanWords::done(dry, &safe, false)["subline"]), "You have 50.0 GB free now. Apps refill their caches as you use them.")
+        << "a dry run counts from before, plus what it pretended";
+    dry["before"] = qint64(40'000'000'000);
+    EXPECT_TRUE(CleanWords::done(dry, &safe, false)["subline"].toString().startsWith("You have 44.0 GB free now."));
+
     Rows built({QVariantMap{{"name", "node_modules"}, {"tier", 1}}});
     EXPECT_EQ(str(CleanWords::done(summary(0, {}), &built, false)["subline"]), "You have 50.0 GB free now.");
     d = CleanWords::done(summary(1'000'000'000, {"a: busy", "b: gone"}), &safe, false);

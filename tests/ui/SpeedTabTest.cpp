@@ -5,6 +5,7 @@
 
 #include "foundation/Fmt.h"
 #include "ui/Pictures.h"
+#include "ui/ScreenPictures.h"
 #include "ui/SpeedState.h"
 #include "ui/UiEngine.h"
 #include "ui/speed/SpeedWords.h"
@@ -374,6 +375,23 @@ TEST(SpeedTab, ClicksReachTheModelAndEveryStateReadsRight) {
     EXPECT_EQ(stopFix->property("text").toString(), "Stop 2");
     screen.click(stopFix);
     EXPECT_TRUE(m.acting().contains("leftovers"));
+}
+
+TEST(SpeedTab, TheMemoryPictureOfTheWindowShowsTheSpeedTabByMemory) {
+    Machine h;
+    AppModel& m = h.start();
+    m.go(Tab::week);
+    const auto list = ScreenPictures::pictures();
+    const auto picture = std::find_if(list.begin(), list.end(), [](const auto& p) { return p.file == "speed-memory.png"; });
+    ASSERT_NE(picture, list.end());
+    picture->state(m);
+    EXPECT_EQ(m.tab(), Tab::speed);
+    EXPECT_EQ(m.whoMode(), AppModel::WhoMode::memory);
+    // Any picture after it is back on the processor.
+    const auto speed = std::find_if(list.begin(), list.end(), [](const auto& p) { return p.file == "Speed.png"; });
+    ASSERT_NE(speed, list.end());
+    speed->state(m);
+    EXPECT_EQ(m.whoMode(), AppModel::WhoMode::cpu);
 }
 
 // Pictures of the tab for a person to look at: a busy machine by processor and by memory, and

@@ -77,7 +77,7 @@ Layout Layout::linux(const std::string& home, const Env& env) {
     l.snapApps = home + "/snap";
     l.trash = l.dataHome + "/Trash";
     l.supportDir = l.dataHome + "/sorrelin";
-    l.loginItem = l.configHome + "/autostart/sorrelin.desktop";
+    l.loginItem = l.configHome + "/autostart/app.sorrelin.Sorrelin.desktop";
 
     auto dirs = env ? readUserDirs(l.configHome + "/user-dirs.dirs", home) : std::map<std::string, std::string>{};
     auto user = [&](const char* key, const char* fallback) {

@@ -5,7 +5,6 @@
 
 #include <QtQml/qqmlextensionplugin.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,5 @@ int main(int argc, char** argv) {
     if (job.kind == Tools::Job::Kind::render) return ScreenPictures::run(argc, argv, job.value, job.growth);
     if (job.kind == Tools::Job::Kind::makeIcon) return AppIcon::run(argc, argv, job.value);
     if (Tools::handle(arguments)) return 0;
-    const bool background = std::find(arguments.begin(), arguments.end(), "--background") != arguments.end();
-    return DesktopApp::run(argc, argv, background);
+    return DesktopApp::run(argc, argv);
 }

@@ -1,5 +1,6 @@
 #include "app/ApplicationService.h"
 
+#include "app/BusReply.h"
 #include "foundation/Log.h"
 
 #include <QDBusAbstractAdaptor>
@@ -65,6 +66,7 @@ QString ApplicationService::tabTitle() const {
 bool ApplicationService::windowShown() const { return handlers.windowShown && handlers.windowShown(); }
 
 void ApplicationService::refuse(const QString& message) {
+    Log::note("refused: " + message.toStdString());
     if (calledFromDBus()) sendErrorReply(QDBusError::InvalidArgs, message);
 }
 
@@ -115,7 +117,7 @@ void ApplicationService::ActivateAction(const QString& action, const QVariantLis
 
 namespace SingleCopy {
 
-Outcome claim(QDBusConnection bus, ApplicationService& service, bool sideBySide) {
+Outcome claim(QDBusConnection bus, ApplicationService& service, bool sideBySide, const QString& action) {
     if (!bus.isConnected()) {
         Log::note("no session bus: running without the single-copy name");
         return Outcome::alone;
@@ -139,10 +141,11 @@ Outcome claim(QDBusConnection bus, ApplicationService& service, bool sideBySide)
             platformData.insert(QString::fromLatin1(var[0] == 'X' ? "activation-token" : "desktop-startup-id"), QString::fromUtf8(token));
     }
     QDBusMessage call = QDBusMessage::createMethodCall(name, path, QStringLiteral("org.freedesktop.Application"),
-                                                       QStringLiteral("Activate"));
+                                                       action.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
+    if (!action.isEmpty()) call << action << QVariantList();
     call << platformData;
     // A first copy that hangs must not keep this one: the call gives up after two seconds.
-    const QDBusMessage answer = bus.call(call, QDBus::Block, 2000);
+    const QDBusMessage answer = BusReply::await(bus, call, 2000);
     Log::note(answer.type() == QDBusMessage::ErrorMessage ? "the first copy did not answer: " + answer.errorMessage().toStdString()
                                                           : std::string("handed over to the first copy"));
     return Outcome::handedOver;

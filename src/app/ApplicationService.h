@@ -65,8 +65,10 @@ enum class Outcome {
 };
 
 // Exports `service` and takes the name. When another copy holds it: with `sideBySide` (a
-// scratch support folder, as tests use) this copy runs on alone; otherwise the other copy's
-// Activate is called, with this start's activation token, and this copy is to end.
-[[nodiscard]] Outcome claim(QDBusConnection bus, ApplicationService& service, bool sideBySide);
+// scratch support folder, as tests use) this copy runs on alone; otherwise the other copy is
+// asked, with this start's activation token, to show its window (Activate) or, when `action`
+// is given (the desktop entry's actions run `sorrelin --action scan`), to do that action,
+// and this copy is to end.
+[[nodiscard]] Outcome claim(QDBusConnection bus, ApplicationService& service, bool sideBySide, const QString& action = {});
 
 } // namespace SingleCopy

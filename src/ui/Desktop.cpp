@@ -7,9 +7,10 @@ Desktop& Desktop::shared() {
     return instance;
 }
 
-Desktop* Desktop::create(QQmlEngine*, QJSEngine*) {
-    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
-    return &shared();
+Desktop* DesktopSingleton::create(QQmlEngine*, QJSEngine*) {
+    Desktop* d = &Desktop::shared();
+    QJSEngine::setObjectOwnership(d, QJSEngine::CppOwnership);
+    return d;
 }
 
 void Desktop::setTrayAvailable(bool on) {

@@ -1,19 +1,15 @@
 #include "platform/linux/CommandSessionBus.h"
 
 #include "foundation/FS.h"
+#include "support/PrivateBus.h"
 #include "support/TempTree.h"
 
 #include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-
-extern char** environ;
 
 namespace {
 
@@ -22,37 +18,6 @@ const BusCall quit{"org.gnome.Calculator", "/org/gnome/Calculator", "org.freedes
 const BusCall logout{"org.xfce.SessionManager", "/org/xfce/SessionManager", "org.xfce.Session.Manager", "Logout",
                      {BusValue::boolean(true), BusValue::boolean(false)}};
 const BusCall reboot{"org.gnome.SessionManager", "/org/gnome/SessionManager", "org.gnome.SessionManager", "Reboot", {}};
-
-// A bus of this test's own, as a desktop session runs one.
-class PrivateBus {
-public:
-    PrivateBus() {
-        int fds[2];
-        if (pipe(fds) != 0) return;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, fds[0]);
-        std::string a0 = "dbus-daemon", a1 = "--session", a2 = "--nofork", a3 = "--print-address=1";
-        char* argv[] = {a0.data(), a1.data(), a2.data(), a3.data(), nullptr};
-        if (posix_spawnp(&pid, "dbus-daemon", &actions, nullptr, argv, environ) != 0) pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-        close(fds[1]);
-        char c;
-        while (pid > 0 && read(fds[0], &c, 1) == 1 && c != '\n') address += c;
-        close(fds[0]);
-    }
-    ~PrivateBus() {
-        if (pid > 0) {
-            kill(pid, SIGTERM);
-            waitpid(pid, nullptr, 0);
-        }
-    }
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
-    pid_t pid = -1;
-    std::string address;
-};
 
 // Sets an environment variable for the life of the object, or removes it.
 class Env {

@@ -24,6 +24,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace DesktopApp {
 
@@ -61,7 +62,13 @@ SettingsStore& standardSettings() {
 
 bool hasDisplay() { return set("DISPLAY") || set("WAYLAND_DISPLAY") || set("QT_QPA_PLATFORM"); }
 
-int run(int argc, char** argv, bool background) {
+int run(int argc, char** argv) {
+    bool background = false;
+    QString action;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--background") == 0) background = true;
+        if (std::strcmp(argv[i], "--action") == 0 && i + 1 < argc) action = QString::fromLocal8Bit(argv[i + 1]);
+    }
     if (!hasDisplay()) {
         std::fprintf(stderr, "Sorrelin needs a desktop session (neither DISPLAY nor WAYLAND_DISPLAY is set); "
                              "for the cleaning report run: sorrelin --scan\n");
@@ -87,7 +94,7 @@ int run(int argc, char** argv, bool background) {
     handlers.windowShown = [&shell] { return shell && shell->windowShown(); };
     ApplicationService service(std::move(handlers));
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (SingleCopy::claim(bus, service, Support::testing()) == SingleCopy::Outcome::handedOver) return 0;
+    if (SingleCopy::claim(bus, service, Support::testing(), action) == SingleCopy::Outcome::handedOver) return 0;
 
     EndSignals::quitOn(app);
     QApplication::setWindowIcon(AppIcon::icon());
@@ -117,6 +124,8 @@ int run(int argc, char** argv, bool background) {
     desktop.startTray();
     Log::note(std::string("launched, background: ") + (background ? "true" : "false") + ", policy: 1");
     model.start(background);
+    // An action asked of the first copy on its own command line runs once it is up.
+    if (!action.isEmpty()) service.ActivateAction(action, {}, {});
     const int status = QApplication::exec();
     shell = nullptr;
     model.attachNotifier(nullptr);

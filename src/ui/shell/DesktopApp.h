@@ -7,7 +7,9 @@ namespace DesktopApp {
 [[nodiscard]] bool hasDisplay();
 
 // Runs the application: one copy per session, the tray, notifications, the login item and the
-// model's start. `background` is a start at login. The process's exit status.
-[[nodiscard]] int run(int argc, char** argv, bool background);
+// model's start. `--background` in the arguments is a start at login; `--action NAME` asks
+// for one of the bus actions (scan, clean-safe, quit, show-storage...) of whichever copy runs.
+// The process's exit status.
+[[nodiscard]] int run(int argc, char** argv);
 
 } // namespace DesktopApp

@@ -27,7 +27,7 @@ DesktopShell::DesktopShell(AppModel& model, Prefs& prefs, QObject* parent) : QOb
     main = std::make_unique<WindowHost>(engine, WindowHost::Kind{QStringLiteral("MainView"), QStringLiteral("Sorrelin"),
                                                                   QSize(1060, 760), QSize(760, 560), Qt::Window});
     panel = std::make_unique<WindowHost>(
-        engine, WindowHost::Kind{QStringLiteral("MenuBarView"), QStringLiteral("Sorrelin"), QSize(), QSize(),
+        engine, WindowHost::Kind{QStringLiteral("MenuBarView"), QStringLiteral("Sorrelin panel"), QSize(), QSize(),
                                  Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint});
 
     connect(main.get(), &WindowHost::appeared, this, [this] { this->model.setLive(QStringLiteral("window"), true); });

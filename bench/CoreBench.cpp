@@ -1,10 +1,16 @@
 // Micro benchmarks of the hot paths: one probe of the machine, measuring a tree, fitting a
-// column. Run: build/bench/sorrelin_bench (add --benchmark_filter=... to pick).
+// column, one session-bus call, one front-app reading. Run: build/bench/sorrelin_bench (add
+// --benchmark_filter=... to pick). The bus and the display are private ones the benchmark starts.
 #include "foundation/FS.h"
 #include "foundation/Text.h"
 #include "platform/Probe.h"
+#include "platform/linux/SdSessionBus.h"
+#include "platform/linux/X11Display.h"
+#include "support/DeskClient.h"
+#include "support/PrivateServers.h"
 
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -49,5 +55,29 @@ void fitColumn(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(Text::fit(name, 32));
 }
 BENCHMARK(fitColumn);
+
+// One NameHasOwner round trip on a kept connection.
+void sessionBusCall(benchmark::State& state) {
+    PrivateBus bus;
+    if (bus.address.empty()) return state.SkipWithError("dbus-daemon is not installed");
+    setenv("DBUS_SESSION_BUS_ADDRESS", bus.address.c_str(), 1);
+    SdSessionBus session;
+    if (!session.hasOwner("org.freedesktop.DBus")) return state.SkipWithError("the bus did not answer");
+    for (auto _ : state) benchmark::DoNotOptimize(session.hasOwner("org.freedesktop.DBus"));
+}
+BENCHMARK(sessionBusCall)->Unit(benchmark::kMicrosecond);
+
+// _NET_ACTIVE_WINDOW of the root, then _NET_WM_PID of that window, on a kept connection.
+void frontAppReading(benchmark::State& state) {
+    PrivateDisplay display;
+    if (display.name.empty()) return state.SkipWithError("Xvfb is not installed");
+    DeskClient desk(display.name);
+    desk.setActive(desk.window(static_cast<uint32_t>(getpid())));
+    desk.sync();
+    X11Display reader(display.name);
+    if (reader.activePid() != getpid()) return state.SkipWithError("the front app was not read");
+    for (auto _ : state) benchmark::DoNotOptimize(reader.activePid());
+}
+BENCHMARK(frontAppReading)->Unit(benchmark::kMicrosecond);
 
 } // namespace

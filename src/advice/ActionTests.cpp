@@ -112,10 +112,13 @@ void stopCheck(const Actions::Context& context, Lines& out) {
 }
 
 // The app of this entry once it runs, as the monitor would show it; waits up to ten seconds.
-std::optional<AppUsage> waitForApp(const DesktopEntry& entry, std::optional<int32_t> notPid) {
+// An app that takes its Quit over the bus is ready for it only once it holds its name there.
+std::optional<AppUsage> waitForApp(const DesktopEntry& entry, std::optional<int32_t> notPid,
+                                   const Actions::Context& context) {
     for (int i = 0; i < 50; ++i) {
+        const bool onBus = !entry.dbusActivatable || !context.bus || context.bus->hasOwner(entry.id);
         for (const auto& [pid, app] : RunningApp::current()) {
-            if (app.bundlePath != entry.path || pid == notPid) continue;
+            if (app.bundlePath != entry.path || pid == notPid || !onBus) continue;
             AppUsage usage;
             usage.id = entry.path;
             usage.name = app.name.empty() ? entry.displayName() : app.name;
@@ -158,7 +161,7 @@ void quitAndRelaunch(const Actions::Context& context, Lines& out) {
         out.check("Quit", false, name + " did not open: " + *problem);
         return;
     }
-    auto app = waitForApp(*entry, std::nullopt);
+    auto app = waitForApp(*entry, std::nullopt, context);
     if (!app) {
         out.check("Quit", false, name + " did not open within 10 s");
         return;
@@ -172,13 +175,13 @@ void quitAndRelaunch(const Actions::Context& context, Lines& out) {
         out.check("Relaunch", false, name + " did not open: " + *problem);
         return;
     }
-    auto before = waitForApp(*entry, std::nullopt);
+    auto before = waitForApp(*entry, std::nullopt, context);
     if (!before) {
         out.check("Relaunch", false, name + " did not open within 10 s");
         return;
     }
     Actions::Outcome relaunch = Actions::relaunch(*before, context);
-    auto after = relaunch.isDone() ? waitForApp(*entry, before->mainPID) : std::nullopt;
+    auto after = relaunch.isDone() ? waitForApp(*entry, before->mainPID, context) : std::nullopt;
     const bool ok = relaunch.isDone() && after && after->mainPID != before->mainPID;
     out.check("Relaunch", ok,
               ok ? Text::format("pid %d became %d", *before->mainPID, *after->mainPID)

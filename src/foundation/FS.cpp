@@ -15,18 +15,38 @@
 
 namespace FS {
 
-const std::string& home() {
+const std::string& homeAsGiven() {
     static const std::string value = [] {
         const char* env = std::getenv("HOME");
-        if (env && *env) {
-            std::string h = env;
-            while (h.size() > 1 && h.back() == '/') h.pop_back();
-            return h;
-        }
-        if (passwd* pw = getpwuid(getuid()); pw && pw->pw_dir) return std::string(pw->pw_dir);
-        return std::string("/");
+        std::string h;
+        if (env && *env) h = env;
+        else if (passwd* pw = getpwuid(getuid()); pw && pw->pw_dir) h = pw->pw_dir;
+        else h = "/";
+        while (h.size() > 1 && h.back() == '/') h.pop_back();
+        return h;
     }();
     return value;
+}
+
+const std::string& home() {
+    static const std::string value = [] {
+        const std::string& given = homeAsGiven();
+        if (given.empty() || given.front() != '/') return given;
+        char* real = realpath(given.c_str(), nullptr);
+        if (!real) return given;
+        std::string out = real;
+        std::free(real);
+        return out;
+    }();
+    return value;
+}
+
+std::string onHome(std::string path, std::string_view given, std::string_view h) {
+    if (given.empty() || given == h || given == "/") return path;
+    if (path == given) return std::string(h);
+    if (path.size() > given.size() && path.starts_with(given) && path[given.size()] == '/')
+        return std::string(h) + path.substr(given.size());
+    return path;
 }
 
 std::string xdgFolder(const std::optional<std::string>& value, const std::string& fallback) {
@@ -38,7 +58,8 @@ std::string xdgFolder(const std::optional<std::string>& value, const std::string
 
 std::string xdgFolder(const char* variable, std::string_view belowHome) {
     const char* v = std::getenv(variable);
-    return xdgFolder(v ? std::optional<std::string>(v) : std::nullopt, home() + std::string(belowHome));
+    return onHome(xdgFolder(v ? std::optional<std::string>(v) : std::nullopt, home() + std::string(belowHome)),
+                  homeAsGiven(), home());
 }
 
 std::string tilde(std::string_view path) { return tilde(path, home()); }

@@ -17,8 +17,15 @@
 
 namespace FS {
 
-// The user's home folder, read once from $HOME (or the password database).
+// The user's home folder, read once from $HOME (or the password database) and resolved to its
+// real path, so that a home that is itself a link (/home/me -> /data/me) is walked, measured
+// and guarded as the folder it names. The text stands when it cannot be resolved.
 [[nodiscard]] const std::string& home();
+// The home folder as $HOME gives it, before resolving.
+[[nodiscard]] const std::string& homeAsGiven();
+// `path` with a leading `given` (the home as written) replaced by `home` (the resolved one), so
+// that XDG values written as "$HOME/..." through a linked home land below the resolved home.
+[[nodiscard]] std::string onHome(std::string path, std::string_view given, std::string_view home);
 // An XDG base folder: the variable's value when it is an absolute path (trailing slashes
 // dropped), else the fallback. Relative values are ignored, as the XDG rules say.
 [[nodiscard]] std::string xdgFolder(const std::optional<std::string>& value, const std::string& fallback);

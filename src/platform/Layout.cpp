@@ -1,6 +1,8 @@
 #include "platform/Layout.h"
 
 #include "foundation/FS.h"
+#include "foundation/HomeBound.h"
+#include "foundation/Log.h"
 #include "foundation/Text.h"
 
 #include <algorithm>
@@ -9,14 +11,42 @@
 
 namespace {
 
+// $HOME as the environment writes it, which may name the home through a link.
+std::string givenHome(const Layout::Env& env) {
+    auto v = env ? env("HOME") : std::nullopt;
+    std::string h = v.value_or("");
+    while (h.size() > 1 && h.back() == '/') h.pop_back();
+    return h;
+}
+
 // An XDG variable counts only when it holds an absolute path.
-std::string xdg(const Layout::Env& env, const char* name, const std::string& fallback) {
-    return env ? FS::xdgFolder(env(name), fallback) : fallback;
+std::string xdg(const Layout::Env& env, const char* name, const std::string& fallback, const std::string& home) {
+    return env ? FS::onHome(FS::xdgFolder(env(name), fallback), givenHome(env), home) : fallback;
+}
+
+// Places that XDG or user-dirs.dirs put outside the home, or behind a link, stay in the layout
+// (they are where the apps write) but every source leaves them out; say so once, here.
+void noteStrayPlaces(const Layout& l) {
+    const std::pair<const char*, const std::string*> places[] = {
+        {"XDG_CACHE_HOME", &l.xdgCache},   {"XDG_CONFIG_HOME", &l.configHome}, {"XDG_DATA_HOME", &l.dataHome},
+        {"XDG_STATE_HOME", &l.stateHome},  {"XDG_DOWNLOAD_DIR", &l.downloads},  {"XDG_DOCUMENTS_DIR", &l.documents},
+        {"XDG_DESKTOP_DIR", &l.desktop},   {"XDG_PICTURES_DIR", &l.pictures},   {"XDG_VIDEOS_DIR", &l.movies},
+        {"XDG_MUSIC_DIR", &l.music},       {"XDG_PUBLICSHARE_DIR", &l.publicShare},
+        {"XDG_TEMPLATES_DIR", &l.templates}};
+    for (const auto& [name, path] : places) {
+        auto verdict = HomeBound::check(*path, l.home);
+        if (verdict == HomeBound::Verdict::outside)
+            Log::note(std::string(name) + " names " + *path + ", outside the home folder: nothing there is measured or cleared");
+        else if (verdict == HomeBound::Verdict::link)
+            Log::note(std::string(name) + " " + FS::tilde(*path, l.home) +
+                      " is reached through a symbolic link: nothing there is measured or cleared");
+    }
 }
 
 // user-dirs.dirs: lines like XDG_DOWNLOAD_DIR="$HOME/Téléchargements". Only "$HOME/..." and
 // absolute values are valid; "$HOME/" alone means the folder is disabled.
-std::map<std::string, std::string> readUserDirs(const std::string& file, const std::string& home) {
+std::map<std::string, std::string> readUserDirs(const std::string& file, const std::string& home,
+                                                const std::string& given) {
     std::map<std::string, std::string> dirs;
     auto text = FS::readText(file, 1 << 16);
     if (!text) return dirs;
@@ -37,7 +67,7 @@ std::map<std::string, std::string> readUserDirs(const std::string& file, const s
         std::string path;
         if (unescaped.starts_with("$HOME/")) path = home + unescaped.substr(5);
         else if (unescaped == "$HOME") path = home;
-        else if (!unescaped.empty() && unescaped.front() == '/') path = unescaped;
+        else if (!unescaped.empty() && unescaped.front() == '/') path = FS::onHome(unescaped, given, home);
         else continue;
         while (path.size() > 1 && path.back() == '/') path.pop_back();
         if (path == home) continue; // a disabled folder
@@ -67,19 +97,19 @@ Layout Layout::linux(const std::string& home, const Env& env) {
     Layout l;
     l.platform = Platform::linux;
     l.home = home;
-    l.xdgCache = xdg(env, "XDG_CACHE_HOME", home + "/.cache");
+    l.xdgCache = xdg(env, "XDG_CACHE_HOME", home + "/.cache", home);
     l.caches = l.xdgCache;
-    l.configHome = xdg(env, "XDG_CONFIG_HOME", home + "/.config");
+    l.configHome = xdg(env, "XDG_CONFIG_HOME", home + "/.config", home);
     l.appSupport = l.configHome;
-    l.dataHome = xdg(env, "XDG_DATA_HOME", home + "/.local/share");
-    l.stateHome = xdg(env, "XDG_STATE_HOME", home + "/.local/state");
+    l.dataHome = xdg(env, "XDG_DATA_HOME", home + "/.local/share", home);
+    l.stateHome = xdg(env, "XDG_STATE_HOME", home + "/.local/state", home);
     l.containers = home + "/.var/app";
     l.snapApps = home + "/snap";
     l.trash = l.dataHome + "/Trash";
     l.supportDir = l.dataHome + "/sorrelin";
     l.loginItem = l.configHome + "/autostart/app.sorrelin.Sorrelin.desktop";
 
-    auto dirs = env ? readUserDirs(l.configHome + "/user-dirs.dirs", home) : std::map<std::string, std::string>{};
+    auto dirs = env ? readUserDirs(l.configHome + "/user-dirs.dirs", home, givenHome(env)) : std::map<std::string, std::string>{};
     auto user = [&](const char* key, const char* fallback) {
         auto it = dirs.find(key);
         return it != dirs.end() ? it->second : home + "/" + fallback;
@@ -118,6 +148,7 @@ Layout Layout::linux(const std::string& home, const Env& env) {
     l.storage = StorageTables::forLinux(places, l.scan);
     l.actions = ActionTables::forLinux(places);
     l.projects = ProjectTables::forLinux(places);
+    if (env) noteStrayPlaces(l);
     return l;
 }
 

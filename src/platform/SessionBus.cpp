@@ -1,7 +1,5 @@
 #include "platform/SessionBus.h"
 
-#include "foundation/Text.h"
-
 std::string BusValue::signature() const {
     switch (kind) {
     case Kind::string: return "s";
@@ -12,10 +10,13 @@ std::string BusValue::signature() const {
     return {};
 }
 
+std::optional<bool> SessionBus::flag(const Reply& reply) {
+    if (!reply.ok || reply.signature != "b" || reply.values.size() != 1) return std::nullopt;
+    return reply.values.front().flag;
+}
+
 bool SessionBus::hasOwner(const std::string& name) const {
     BusCall ask{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
                 {BusValue::string(name)}};
-    Reply reply = call(ask, 5);
-    // busctl answers "b true", gdbus "(true,)".
-    return reply.ok && Text::contains(reply.text, "true");
+    return flag(call(ask, 5)).value_or(false);
 }

@@ -1,12 +1,13 @@
 #pragma once
 // The user's session bus, as the few calls the program makes on it need it: ask an app for its
 // own Quit, ask the desktop for its restart dialog. The core reaches the bus only through this,
-// so the window can hand in its own connection and tests a recording one.
+// so tests can hand in a recording one.
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
-// One argument of a call: only the kinds the program sends.
+// One value of a call or a reply: only the kinds the program sends and reads.
 struct BusValue {
     enum class Kind { string, boolean, emptyArray, emptyDict };
     Kind kind = Kind::string;
@@ -35,17 +36,22 @@ class SessionBus {
 public:
     struct Reply {
         bool ok = false;
-        std::string text; // the reply's values as text, or why the call failed
+        std::string error;            // why the call failed; empty when it did not
+        std::string signature;        // of the reply's values, "" for none
+        std::vector<BusValue> values; // the reply's strings and booleans, in order; other kinds are not read
     };
 
     virtual ~SessionBus() = default;
-    // Makes one method call and waits at most `timeout` seconds for its reply. Never starts a
-    // program that is not running: a name nobody holds fails.
+    // Makes one method call and waits at most `timeout` seconds for its reply, connecting
+    // included. Never starts a program that is not running: a name nobody holds fails.
     [[nodiscard]] virtual Reply call(const BusCall& call, double timeout) const = 0;
 
     // Whether a program holds `name` on the bus now.
     [[nodiscard]] bool hasOwner(const std::string& name) const;
 
-    // The session's own bus, reached through the desktop's command-line tools.
+    // The answer of a call that gives one boolean; absent when it failed or gave anything else.
+    [[nodiscard]] static std::optional<bool> flag(const Reply& reply);
+
+    // The session's own bus, as this process's environment names it.
     [[nodiscard]] static const SessionBus& session();
 };

@@ -5,10 +5,11 @@
 #include "foundation/Text.h"
 #include "platform/Layout.h"
 #include "removal/Eraser.h"
+#include "removal/RemoverReach.h"
 #include "removal/RemoverTrashMove.h"
 #include "removal/Wording.h"
 
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -29,12 +30,6 @@ int rank(const Removal& r) {
     case Removal::Kind::command: return 2;
     }
     return 2;
-}
-
-// 0 when something stands at `path`, else the errno of lstat.
-int look(const std::string& path) {
-    struct stat st {};
-    return lstat(path.c_str(), &st) == 0 ? 0 : errno;
 }
 
 bool missing(int e) { return e == ENOENT || e == ENOTDIR; }
@@ -60,19 +55,32 @@ std::string partly(const CleanItem& item, int error) {
     return "partly cleared, something is still writing to it";
 }
 
+// Why a path that passed the guards cannot be touched; nothing when it can, or is gone.
+std::optional<std::string> unreachable(const std::string& path, const Reached& r, const Context& context) {
+    const std::string shown = Wording::shown(path, context.home);
+    if (r.link) return "refused to touch " + shown + ": " + Wording::shown(*r.link, context.home) + " is a symbolic link";
+    if (r.error) return "could not reach " + shown + ", " + Wording::reason(r.error);
+    return std::nullopt;
+}
+
 std::optional<std::string> deletePaths(const CleanItem& item, const Context& context) {
     for (const auto& path : item.paths) {
         if (!isSafe(path, context)) return "refused to touch " + Wording::shown(path, context.home);
-        if (int e = look(path)) {
-            if (missing(e)) continue; // what is gone is gone
+        Reached r = reach(path, context);
+        if (auto problem = unreachable(path, r, context)) return problem;
+        if (r.missing) continue; // what is gone is gone
+        if (int e = look(r)) {
+            if (missing(e)) continue;
             return "could not reach " + Wording::shown(path, context.home) + ", " + Wording::reason(e);
         }
-        Eraser::Outcome out = Eraser::erase(path);
+        Eraser::Outcome out = Eraser::eraseAt(r.folder(), r.name());
         if (out.gone) continue;
-        // A second, independent try; rm does not follow links and is kept on this disk.
-        (void)Shell::run("/bin/rm", {"-rf", "--one-file-system", path}, commandTimeout);
-        int e = look(path);
-        if (missing(e)) continue;
+        // A second, independent try; rm does not follow links and is kept on this disk. It is
+        // given the folder already reached, through this process's handle of it, so that no
+        // link swapped in on the way since can lead it elsewhere.
+        const std::string held = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(r.folder()) + "/" + r.name();
+        (void)Shell::run("/bin/rm", {"-rf", "--one-file-system", "--", held}, commandTimeout);
+        if (missing(look(r))) continue;
         return partly(item, out.error);
     }
     return std::nullopt;
@@ -81,8 +89,10 @@ std::optional<std::string> deletePaths(const CleanItem& item, const Context& con
 std::optional<std::string> trashPaths(const CleanItem& item, const Context& context) {
     for (const auto& path : item.paths) {
         if (!isSafe(path, context)) return "refused to touch " + Wording::shown(path, context.home);
-        if (int e = look(path); missing(e)) continue;
-        if (auto problem = moveToTrash(path, context).problem) return problem;
+        Reached r = reach(path, context);
+        if (auto problem = unreachable(path, r, context)) return problem;
+        if (r.missing || missing(look(r))) continue;
+        if (auto problem = moveToTrash(r, path, context).problem) return problem;
     }
     return std::nullopt;
 }

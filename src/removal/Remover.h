@@ -2,6 +2,7 @@
 // The only code that destroys anything. Every path it is handed passes the same guards,
 // whatever the scan said; items run one by one in a fixed order, and one item's failure never
 // stops the next. Failures come back as sentences, never as exceptions.
+#include "foundation/Beneath.h"
 #include "foundation/CleanItem.h"
 #include "foundation/DryRun.h"
 #include "removal/RemovalResult.h"
@@ -32,6 +33,11 @@ struct Context {
     DryRun::Mode dryRun;
     // The waits of a dry run; tests make them instant.
     std::function<void(double seconds)> pause = DryRun::pause;
+    // Called with each path after its guards, right before it is reached from its root: tests
+    // swap links in here to race an operation at a known point.
+    std::function<void(const std::string& path)> onReach;
+    // How paths are reached from their root; tests also run the walk that older kernels get.
+    Beneath::Way way = Beneath::Way::best;
 
     // Roots start as the layout's home folder alone; the protected list is the layout's.
     [[nodiscard]] static Context forLayout(const Layout& layout, DryRun::Mode dryRun);
@@ -44,7 +50,9 @@ struct Context {
 
 // True when `path` may be cleared: an absolute path strictly inside a root, at least two levels
 // below it, not on the protected list, with no "." or ".." component, no empty component and
-// no NUL byte. Tricks are refused, never normalised.
+// no NUL byte. Tricks are refused, never normalised. This reads the text alone; every operation
+// then reaches the path from its root one component at a time and refuses a path whose way
+// runs through a symbolic link.
 [[nodiscard]] bool isSafe(std::string_view path, const Context& context = Remover::context());
 [[nodiscard]] bool isSafe(std::string_view path, const std::vector<std::string>& roots,
                           const std::vector<std::string>& protectedPaths);

@@ -1,9 +1,11 @@
 #include "scan/Scanner.h"
 
 #include "foundation/FS.h"
+#include "foundation/HomeBound.h"
 #include "foundation/Parallel.h"
 #include "platform/RunningApp.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -67,6 +69,22 @@ std::vector<Scanner::RunningId> Scanner::runningApps() {
     for (const auto& [pid, app] : RunningApp::current())
         if (app.bundleID && seen.insert(*app.bundleID).second) out.push_back({*app.bundleID, app.name});
     return out;
+}
+
+std::optional<int64_t> Scanner::measureInHome(const std::vector<std::string>& paths) const {
+    // Asked again when measuring, and once more after: a folder swapped for a link since it
+    // was listed, or while it was measured, would be measured and offered as what it points to.
+    // A path gone meanwhile is no reason to drop the rest.
+    auto ours = [&] {
+        return std::all_of(paths.begin(), paths.end(), [&](const std::string& p) {
+            auto verdict = HomeBound::noted(p, home);
+            return verdict == HomeBound::Verdict::inside || verdict == HomeBound::Verdict::missing;
+        });
+    };
+    if (!ours()) return std::nullopt;
+    int64_t size = FS::measure(paths, cancel.get()).exclusive;
+    if (!ours()) return std::nullopt;
+    return size;
 }
 
 int Scanner::checkedFolders() const {
@@ -146,7 +164,7 @@ std::vector<CleanItem> Scanner::measureAll(const std::vector<Candidate>& candida
         const Candidate& c = candidates[i];
         std::optional<int64_t> size;
         if (!cancelled()) {
-            if (c.measure.isTree()) size = FS::measure(c.paths, cancel.get()).exclusive;
+            if (c.measure.isTree()) size = measureInHome(c.paths);
             else size = c.measure.custom();
         }
         int done;

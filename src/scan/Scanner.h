@@ -126,6 +126,9 @@ private:
     [[nodiscard]] std::optional<std::string> busyReason(const std::string& root) const;
 
     std::vector<CleanItem> measureAll(const std::vector<Candidate>& candidates);
+    // The size of a tree candidate whose paths all lie in the home, no link on the way; absent
+    // when one does not.
+    [[nodiscard]] std::optional<int64_t> measureInHome(const std::vector<std::string>& paths) const;
     void publish(bool force, const std::function<void(ScanProgress&)>& change);
     [[nodiscard]] bool cancelled() const { return cancel && cancel->isCancelled(); }
 

@@ -2,6 +2,7 @@
 // folders inside Chromium- and Electron-shaped trees of the app-support place. Each folder is
 // judged by whose app it is and whether that app is open, gone or long idle.
 #include "foundation/FS.h"
+#include "foundation/HomeBound.h"
 #include "foundation/Text.h"
 #include "scan/Scanner.h"
 
@@ -163,7 +164,8 @@ void Scanner::collectChromium(const std::string& folder, int depth, std::vector<
     if (std::any_of(t.chromiumMarkers.begin(), t.chromiumMarkers.end(),
                     [&](const std::string& m) { return present.contains(m); }))
         for (const auto& cache : t.chromiumCaches)
-            if (FS::isDir(folder + "/" + cache)) into.push_back(folder + "/" + cache);
+            if (HomeBound::admit(folder + "/" + cache, home) && FS::isDir(folder + "/" + cache))
+                into.push_back(folder + "/" + cache);
     // Reaches a browser's profiles (Google/Chrome/Default) and no deeper.
     if (depth >= 2) return;
     if (depth == 1 && !present.contains(t.chromiumBrowserMarker)) return;
@@ -200,10 +202,10 @@ std::optional<Candidate> Scanner::flatpakCache(const std::string& appId) const {
     // A sandboxed app's cache folder is made again by its runtime only at start; what is in it
     // goes, the folder stays.
     std::string folder = layout.scan.flatpakApps + "/" + appId + "/cache";
-    if (!FS::isDir(folder)) return std::nullopt;
+    if (!HomeBound::admit(folder, home) || !FS::isDir(folder)) return std::nullopt;
     std::vector<std::string> paths;
     for (const auto& name : FS::sortedChildren(folder))
-        if (!name.starts_with(".")) paths.push_back(folder + "/" + name);
+        if (!name.starts_with(".") && HomeBound::admit(folder + "/" + name, home)) paths.push_back(folder + "/" + name);
     if (paths.empty()) return std::nullopt;
     auto c = userCache(folder, appId);
     c->id = "cache:flatpak:" + appId;
@@ -215,10 +217,10 @@ std::optional<Candidate> Scanner::flatpakCache(const std::string& appId) const {
 std::optional<Candidate> Scanner::snapCache(const std::string& snap) const {
     // A snap's own XDG cache; the folder stays, as with a sandboxed app.
     std::string folder = layout.scan.snapApps + "/" + snap + "/common/.cache";
-    if (!FS::isDir(folder)) return std::nullopt;
+    if (!HomeBound::admit(folder, home) || !FS::isDir(folder)) return std::nullopt;
     std::vector<std::string> paths;
     for (const auto& name : FS::sortedChildren(folder))
-        if (!name.starts_with(".")) paths.push_back(folder + "/" + name);
+        if (!name.starts_with(".") && HomeBound::admit(folder + "/" + name, home)) paths.push_back(folder + "/" + name);
     if (paths.empty()) return std::nullopt;
     // The desktop id of a snap's main app is "<snap>_<snap>".
     const std::string appId = snap + "_" + snap;
@@ -246,9 +248,10 @@ std::vector<Candidate> Scanner::userCaches() {
     // Where the user caches are the XDG cache too, model folders are offered by the XDG rule.
     const bool xdgToo = layout.caches == layout.xdgCache;
     std::vector<Candidate> out;
-    for (const auto& name : FS::sortedChildren(layout.caches)) {
+    const bool cachesOurs = HomeBound::admit(layout.caches, home);
+    for (const auto& name : cachesOurs ? FS::sortedChildren(layout.caches) : std::vector<std::string>{}) {
         std::string path = layout.caches + "/" + name;
-        if (!FS::isDir(path)) continue;
+        if (!HomeBound::admit(path, home) || !FS::isDir(path)) continue;
         if (name.starts_with(".")) continue;
         if (std::any_of(t.systemPrefixes.begin(), t.systemPrefixes.end(),
                         [&](const std::string& p) { return name.starts_with(p); }))
@@ -259,10 +262,10 @@ std::vector<Candidate> Scanner::userCaches() {
         if (xdgToo && t.modelDirs.contains(name)) continue;
         if (auto c = userCache(path, name)) out.push_back(std::move(*c));
     }
-    if (!t.flatpakApps.empty())
+    if (!t.flatpakApps.empty() && HomeBound::admit(t.flatpakApps, home))
         for (const auto& appId : FS::sortedChildren(t.flatpakApps))
             if (auto c = flatpakCache(appId)) out.push_back(std::move(*c));
-    if (!t.snapApps.empty())
+    if (!t.snapApps.empty() && HomeBound::admit(t.snapApps, home))
         for (const auto& snap : FS::sortedChildren(t.snapApps))
             if (auto c = snapCache(snap)) out.push_back(std::move(*c));
     return out;
@@ -308,20 +311,22 @@ std::vector<Candidate> Scanner::appCaches() {
                            [&](const std::string& p) { return name.starts_with(p); });
     };
     std::vector<Candidate> out;
-    for (const auto& name : FS::sortedChildren(layout.appSupport)) {
+    const bool supportOurs = HomeBound::admit(layout.appSupport, home);
+    for (const auto& name : supportOurs ? FS::sortedChildren(layout.appSupport) : std::vector<std::string>{}) {
         if (skipped(name)) continue;
         std::string path = layout.appSupport + "/" + name;
-        if (!FS::isDir(path) || ownFolder(path)) continue;
+        if (!HomeBound::admit(path, home) || !FS::isDir(path) || ownFolder(path)) continue;
         if (auto c = supportCache(path, name, "appcache:" + name, {})) out.push_back(std::move(*c));
     }
     // A sandboxed app's own config folder belongs to that app alone.
-    if (!t.flatpakApps.empty())
+    if (!t.flatpakApps.empty() && HomeBound::admit(t.flatpakApps, home))
         for (const auto& appId : FS::sortedChildren(t.flatpakApps)) {
             std::string config = t.flatpakApps + "/" + appId + "/config";
+            if (!HomeBound::admit(config, home)) continue;
             for (const auto& name : FS::sortedChildren(config)) {
                 if (skipped(name)) continue;
                 std::string path = config + "/" + name;
-                if (!FS::isDir(path)) continue;
+                if (!HomeBound::admit(path, home) || !FS::isDir(path)) continue;
                 if (auto c = supportCache(path, name, "appcache:" + appId + "/" + name, {appId}))
                     out.push_back(std::move(*c));
             }

@@ -2,6 +2,7 @@
 // browsers' on-device AI models, Docker's disk image and device backups. All of them go to the
 // Trash and start unticked.
 #include "foundation/FS.h"
+#include "foundation/HomeBound.h"
 #include "foundation/Text.h"
 #include "scan/Scanner.h"
 
@@ -30,7 +31,7 @@ std::vector<Candidate> Scanner::bigItems() {
     const auto& t = layout.scan;
     std::vector<Candidate> out;
 
-    if (!t.vmBundles.empty() && FS::isDir(t.vmBundles)) {
+    if (!t.vmBundles.empty() && HomeBound::admit(t.vmBundles, home) && FS::isDir(t.vmBundles)) {
         // Doubt counts as in use: a machine process whose open files cannot be read locks it.
         const std::string below = t.vmBundles + "/";
         bool inUse = false;
@@ -49,7 +50,7 @@ std::vector<Candidate> Scanner::bigItems() {
     }
 
     for (const auto& model : t.browserModels) {
-        if (!FS::isDir(model.path)) continue;
+        if (!HomeBound::admit(model.path, home) || !FS::isDir(model.path)) continue;
         out.push_back(bigItem(model.id, model.browser + "'s built-in AI model", model.path,
                               "Comes back unless you turn it off in " + Text::lower(model.browser) + "://flags",
                               100 * MB, home));
@@ -58,15 +59,16 @@ std::vector<Candidate> Scanner::bigItems() {
     // Data left behind after the app was removed is not listed.
     bool docker = std::any_of(t.dockerAppPaths.begin(), t.dockerAppPaths.end(), [](const std::string& p) { return FS::exists(p); }) ||
                   std::any_of(t.dockerAppIds.begin(), t.dockerAppIds.end(), [&](const std::string& id) { return apps->entry(id).has_value(); });
-    if (docker && !t.dockerImage.empty() && FS::exists(t.dockerImage))
+    if (docker && !t.dockerImage.empty() && HomeBound::admit(t.dockerImage, home))
         out.push_back(bigItem("docker", "Docker disk image", t.dockerImage, "Every container, image and volume", 500 * MB, home));
 
-    if (!t.deviceBackups.empty()) {
+    if (!t.deviceBackups.empty() && HomeBound::admit(t.deviceBackups, home)) {
         std::vector<std::string> backups;
         auto names = FS::children(t.deviceBackups);
         std::sort(names.begin(), names.end());
         for (const auto& name : names)
-            if (!name.starts_with(".")) backups.push_back(t.deviceBackups + "/" + name);
+            if (!name.starts_with(".") && HomeBound::admit(t.deviceBackups + "/" + name, home))
+                backups.push_back(t.deviceBackups + "/" + name);
         // The folder itself stays.
         if (!backups.empty()) {
             auto c = bigItem("ios-backups", "iPhone and iPad backups", t.deviceBackups, "Local device backups", 100 * MB, home);

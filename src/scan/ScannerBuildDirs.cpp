@@ -3,6 +3,7 @@
 // which a process works is locked.
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
+#include "foundation/HomeBound.h"
 #include "foundation/Text.h"
 #include "scan/BuildFolders.h"
 #include "scan/Scanner.h"
@@ -49,6 +50,8 @@ std::vector<std::string> Scanner::findBuildDirs() {
         if (t.bundleExts.contains(FS::extension(name))) return skip();
     });
     publish(true, [&](ScanProgress& p) { p.checked = checked; });
+    // The walk follows no link, but a folder may have been swapped for one since it was met.
+    std::erase_if(found, [&](const std::string& d) { return !HomeBound::admit(d, home); });
     return found;
 }
 

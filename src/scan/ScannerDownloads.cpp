@@ -2,6 +2,7 @@
 // the Trash and start unticked. Their age plays no part; only their size does.
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
+#include "foundation/HomeBound.h"
 #include "scan/Scanner.h"
 #include "storage/FileKind.h"
 
@@ -10,12 +11,14 @@
 std::vector<Candidate> Scanner::downloads() {
     std::vector<Candidate> out;
     const std::string& folder = layout.downloads;
+    if (!HomeBound::admit(folder, home)) return out;
     auto names = FS::children(folder);
     std::sort(names.begin(), names.end());
     const std::string shown = FS::tilde(folder, home);
     for (const auto& name : names) {
         if (name.starts_with(".")) continue;
         std::string path = folder + "/" + name;
+        if (!HomeBound::admit(path, home)) continue;
         // A project kept in Downloads is not a download.
         const std::string below = path + "/";
         if (std::any_of(buildDirs.begin(), buildDirs.end(), [&](const std::string& d) { return d.starts_with(below); }))

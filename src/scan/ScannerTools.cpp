@@ -3,6 +3,7 @@
 // the layout's; this file holds the rules they follow.
 #include "foundation/FS.h"
 #include "foundation/Fmt.h"
+#include "foundation/HomeBound.h"
 #include "foundation/Shell.h"
 #include "foundation/Text.h"
 #include "scan/Scanner.h"
@@ -38,7 +39,7 @@ bool namedByAlias(const std::string& version, const std::string& alias) {
 } // namespace
 
 std::optional<Candidate> Scanner::toolRow(const ScanTables::ToolRow& row) const {
-    if (row.path.empty() || !FS::isDir(row.path)) return std::nullopt;
+    if (row.path.empty() || !HomeBound::admit(row.path, home) || !FS::isDir(row.path)) return std::nullopt;
     Candidate c;
     c.id = row.id;
     c.tier = row.tier;
@@ -59,11 +60,11 @@ std::optional<Candidate> Scanner::toolRow(const ScanTables::ToolRow& row) const 
 
 std::optional<Candidate> Scanner::npxRow() const {
     const std::string& folder = layout.scan.npxFolder;
-    if (folder.empty()) return std::nullopt;
+    if (folder.empty() || !HomeBound::admit(folder, home)) return std::nullopt;
     std::vector<std::string> paths;
     int inUse = 0;
     for (const auto& name : FS::sortedChildren(folder)) {
-        if (name.starts_with(".")) continue;
+        if (name.starts_with(".") || !HomeBound::admit(folder + "/" + name, home)) continue;
         // A tool that a running process uses must stay.
         if (busyNpx.contains(name)) {
             ++inUse;
@@ -94,10 +95,12 @@ std::vector<Candidate> Scanner::xdgCaches() const {
     // Where the XDG cache is the user caches folder too, only model folders are left to this rule.
     const bool modelsOnly = layout.caches == layout.xdgCache;
     std::vector<Candidate> out;
+    if (!HomeBound::admit(layout.xdgCache, home)) return out;
     for (const auto& name : FS::sortedChildren(layout.xdgCache)) {
         if (name.starts_with(".") || t.ownRowCaches.contains(name)) continue;
+        if (modelsOnly && !t.modelDirs.contains(name)) continue;
         std::string path = layout.xdgCache + "/" + name;
-        if (!FS::isDir(path) || ownFolder(path)) continue;
+        if (!HomeBound::admit(path, home) || !FS::isDir(path) || ownFolder(path)) continue;
         Candidate c;
         c.location = FS::tilde(path, home);
         c.paths = {path};
@@ -110,7 +113,6 @@ std::vector<Candidate> Scanner::xdgCaches() const {
             c.defaultOn = false;
             c.minSize = 100 * MB;
         } else {
-            if (modelsOnly) continue;
             auto named = t.xdgNames.find(name);
             c.id = "xdg:" + name;
             c.name = named != t.xdgNames.end() ? named->second : Text::upperFirst(name) + " cache";
@@ -183,10 +185,11 @@ std::vector<Candidate> Scanner::toolCaches() {
         add(std::move(c));
     }
 
-    if (!layout.logs.empty()) {
+    if (!layout.logs.empty() && HomeBound::admit(layout.logs, home)) {
         std::vector<std::string> paths;
         for (const auto& name : FS::sortedChildren(layout.logs))
-            if (!name.starts_with(".")) paths.push_back(layout.logs + "/" + name);
+            if (!name.starts_with(".") && HomeBound::admit(layout.logs + "/" + name, home))
+                paths.push_back(layout.logs + "/" + name);
         // The folder itself stays: only what is in it is cleared.
         if (!paths.empty()) {
             Candidate c;
@@ -215,7 +218,7 @@ std::vector<Candidate> Scanner::developerData() {
     if (!t.developerRoot.empty() && !FS::isDir(t.developerRoot)) return {};
     std::vector<Candidate> out;
     for (const auto& row : t.developerRows) {
-        if (!FS::isDir(row.path)) continue;
+        if (!HomeBound::admit(row.path, home) || !FS::isDir(row.path)) continue;
         Candidate c;
         c.id = row.id;
         c.tier = row.tier;
@@ -244,10 +247,10 @@ std::vector<Candidate> Scanner::developerData() {
 
 std::vector<Candidate> Scanner::nodeVersions() {
     const auto& t = layout.scan;
-    if (t.nodeVersions.empty()) return {};
+    if (t.nodeVersions.empty() || !HomeBound::admit(t.nodeVersions, home)) return {};
     std::vector<std::string> versions;
     for (const auto& name : FS::sortedChildren(t.nodeVersions))
-        if (name.starts_with("v")) versions.push_back(name);
+        if (name.starts_with("v") && HomeBound::admit(t.nodeVersions + "/" + name, home)) versions.push_back(name);
     // One version is never offered.
     if (versions.size() < 2) return {};
     std::string alias = Text::trim(FS::readText(t.nodeDefaultAlias, 4096).value_or(""));

@@ -105,6 +105,8 @@ private:
     void planApps();
     void planAssetsAndTemporary();
     void add(Unit unit);
+    // Whether a unit's path may be planned: anything outside the home, or what the home rule admits.
+    [[nodiscard]] bool admitted(const std::string& path) const;
     void tellApartSameTitles();
     [[nodiscard]] bool onHomeVolume(const std::string& path) const;
     [[nodiscard]] std::string splitTitle(const std::string& name, const StorageTables::Rule& rule) const;

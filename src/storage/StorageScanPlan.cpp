@@ -2,6 +2,7 @@
 #include "storage/StorageScan.h"
 
 #include "foundation/FS.h"
+#include "foundation/HomeBound.h"
 #include "foundation/Text.h"
 #include "platform/AppInstalls.h"
 
@@ -49,9 +50,15 @@ bool StorageScan::onHomeVolume(const std::string& path) const {
     return static_cast<uint64_t>(st.st_dev) == homeDevice;
 }
 
+bool StorageScan::admitted(const std::string& path) const {
+    // Outside the home lie the system's own rows (tools, downloads, temporary files), which are
+    // never the home's; below it, only what is reached without a link counts as the home's.
+    return !below(path, home) || HomeBound::admit(path, home);
+}
+
 void StorageScan::add(Unit unit) {
     // One unit per path, the first planned wins; and only what fills the home volume.
-    if (plannedPaths.contains(unit.path) || !onHomeVolume(unit.path)) return;
+    if (plannedPaths.contains(unit.path) || !admitted(unit.path) || !onHomeVolume(unit.path)) return;
     plannedPaths.insert(unit.path);
     unit.countsUnreadable = below(unit.path, home);
     claim(unit.path);
@@ -85,7 +92,7 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
                  .first = rule.first});
         return;
     case Action::split:
-        if (!FS::isDir(path)) return;
+        if (!admitted(path) || !FS::isDir(path)) return;
         for (const std::string& name : FS::sortedChildren(path)) {
             if (rule.skipHidden && name.starts_with(".")) continue;
             if (rule.skipNames.contains(name)) continue;
@@ -259,12 +266,8 @@ void StorageScan::plan() {
         planHomeEntry(name);
         planRulesBelow(home + "/" + name);
     }
-    // Rules for places outside the home folder (a user folder moved elsewhere).
-    for (const auto& [path, rule] : t.rules)
-        if (!below(path, home) && ruled.insert(path).second) {
-            planRule(path, rule);
-            planRulesBelow(path);
-        }
+    // Rules for places that XDG or user-dirs.dirs put outside the home are not planned: what
+    // lies there is not the home's (the layout has noted them in the log).
     tellApartSameTitles();
 }
 

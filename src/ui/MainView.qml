@@ -23,9 +23,9 @@ Rectangle {
             UiText { text: "Sorrelin"; font.pixelSize: Metrics.title; font.weight: Font.DemiBold }
             Item { Layout.fillWidth: true }
             SegmentedTabs {
-                items: AppModel.tabs.map(t => t.title)
-                selection: AppModel.tab
-                onActivated: index => AppModel.go(index)
+                items: App.model.tabs.map(t => t.title)
+                selection: App.model.tab
+                onActivated: index => App.model.go(index)
             }
             Item { Layout.fillWidth: true }
             SecondaryButton {
@@ -34,10 +34,10 @@ Rectangle {
                 onClicked: Desktop.quit()
             }
             PrimaryButton {
-                text: AppModel.isScanning ? "Scanning" : "Scan again"
-                busy: AppModel.isScanning
-                enabled: !AppModel.isScanning
-                onClicked: AppModel.scan()
+                text: App.model.isScanning ? "Scanning" : "Scan again"
+                busy: App.model.isScanning
+                enabled: !App.model.isScanning
+                onClicked: App.model.scan()
             }
         }
     }
@@ -46,13 +46,13 @@ Rectangle {
         anchors { top: toolbar.bottom; left: parent.left; right: parent.right; margins: Metrics.padWide }
         spacing: Metrics.gap
         UiText {
-            text: AppModel.tabs[AppModel.tab].title
+            text: App.model.tabs[App.model.tab].title
             font.pixelSize: Metrics.heading
             font.weight: Font.DemiBold
         }
         UiText {
-            text: Fmt.bytes(AppModel.disk.available) + " free on " + AppModel.disk.name
-            color: AppModel.isLow ? Palette.amberText : Palette.text2
+            text: Fmt.bytes(App.model.disk.available) + " free on " + App.model.disk.name
+            color: App.model.isLow ? Palette.amberText : Palette.text2
         }
     }
 }

@@ -116,11 +116,12 @@ public:
 
     Reply call(const BusCall& c, double) const override {
         calls.push_back(c);
-        if (!present) return {false, "There is no session bus."};
-        if (c.method == "NameHasOwner") return {true, owners.contains(c.args.at(0).text) ? "b true" : "b false"};
-        if (!owners.contains(c.service)) return {false, "Unknown name"};
-        if (refusing.contains(c.service)) return {false, "Access denied"};
-        return {true, ""};
+        if (!present) return {false, "There is no session bus.", "", {}};
+        if (c.method == "NameHasOwner")
+            return {true, "", "b", {BusValue::boolean(owners.contains(c.args.at(0).text))}};
+        if (!owners.contains(c.service)) return {false, "Unknown name", "", {}};
+        if (refusing.contains(c.service)) return {false, "Access denied", "", {}};
+        return {true, "", "", {}};
     }
     std::vector<std::string> methodsCalled() const {
         std::vector<std::string> out;

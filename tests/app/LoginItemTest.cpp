@@ -8,20 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-std::string read(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+std::string read(const std::string& path) { return FS::readText(path, 64 << 20).value_or(""); }
 
 } // namespace
 

@@ -4,6 +4,7 @@
 
 #include "app/BusReply.h"
 
+#include "foundation/FS.h"
 #include "foundation/SettingsStore.h"
 #include "history/History.h"
 #include "support/RunProgram.h"
@@ -14,20 +15,13 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <sys/mount.h>
 #include <unistd.h>
 
 namespace {
 
-std::string read(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+std::string read(const std::string& path) { return FS::readText(path, 64 << 20).value_or(""); }
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
@@ -231,5 +225,26 @@ TEST(DesktopE2E, WithoutASessionBusItStillRunsAndEndsWithTheSession) {
     ASSERT_TRUE(waitFor([&] { return s.visibleWindows(title) == 1; }, 30)) << s.log();
     EXPECT_TRUE(contains(s.log(), "no session bus"));
     program->signal(SIGTERM);
+    EXPECT_EQ(program->waitExit(20), std::optional<int>(0));
+}
+
+TEST(DesktopE2E, ASnapshotOfTheWindowWhenAskedFor) {
+    DesktopSession s;
+    if (!s.missing().empty()) GTEST_SKIP() << s.missing();
+    ASSERT_TRUE(s.serveTray());
+    const std::string picture = s.home() + "/window.png";
+    auto program = s.start({}, SORRELIN_EXE, {{"FENNELBOX_SNAPSHOT", picture}});
+    ASSERT_TRUE(waitFor([&] { return contains(s.log(), "window snapshot written to " + picture); }, 40)) << s.log();
+    // A PNG of the window itself, at the window's size, not of the screen.
+    const std::string png = read(picture);
+    ASSERT_GT(png.size(), 24u);
+    EXPECT_EQ(png.substr(1, 3), "PNG");
+    auto be32 = [&](size_t at) {
+        return (uint32_t(uint8_t(png[at])) << 24) | (uint32_t(uint8_t(png[at + 1])) << 16) |
+               (uint32_t(uint8_t(png[at + 2])) << 8) | uint32_t(uint8_t(png[at + 3]));
+    };
+    EXPECT_EQ(be32(16), 1060u);
+    EXPECT_EQ(be32(20), 760u);
+    EXPECT_EQ(s.activateAction("quit"), QString());
     EXPECT_EQ(program->waitExit(20), std::optional<int>(0));
 }

@@ -4,7 +4,7 @@
 #include "app/ManualClock.h"
 
 #include "FakeDesktop.h"
-#include "support/PrivateBus.h"
+#include "support/PrivateServers.h"
 
 #include <QDBusConnection>
 #include <QSignalSpy>

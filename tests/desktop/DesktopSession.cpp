@@ -105,30 +105,12 @@ DesktopSession::DesktopSession(std::string home) : homeDir(home.empty() ? scratc
         why = "Xvfb is not installed";
         return;
     }
-    // Xvfb picks a free display and says which on the pipe.
-    int fds[2];
-    if (pipe(fds) != 0) {
-        why = "no pipe";
-        return;
-    }
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addclose(&actions, fds[0]);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    std::vector<std::string> argv{"Xvfb", "-displayfd", std::to_string(fds[1]), "-screen", "0", "1600x1000x24", "-nolisten", "tcp"};
-    auto args = pointers(argv);
-    if (posix_spawn(&xvfb, "/usr/bin/Xvfb", &actions, nullptr, args.data(), environ) != 0) xvfb = -1;
-    posix_spawn_file_actions_destroy(&actions);
-    close(fds[1]);
-    std::string number;
-    char c;
-    while (xvfb > 0 && read(fds[0], &c, 1) == 1 && c != '\n') number += c;
-    close(fds[0]);
-    if (number.empty()) {
+    screen = std::make_unique<PrivateDisplay>(std::nullopt, std::string(), "1600x1000x24");
+    if (screen->name.empty()) {
         why = "Xvfb did not start";
         return;
     }
-    display = ":" + number;
+    display = screen->name;
     sessionBus = std::make_unique<PrivateBus>();
     if (sessionBus->address.empty()) {
         why = "dbus-daemon is not installed";
@@ -144,7 +126,7 @@ DesktopSession::~DesktopSession() {
     for (pid_t p : helpers) stop(p);
     if (bus.isConnected()) QDBusConnection::disconnectFromBus(bus.name());
     sessionBus.reset();
-    stop(xvfb);
+    screen.reset();
 }
 
 std::string DesktopSession::log() const {

@@ -4,7 +4,7 @@
 // it. The test's own connection to the bus serves the notification server and the tray
 // watcher and makes the calls, so what it sends reaches the program in the order it was sent.
 #include "FakeDesktop.h"
-#include "support/PrivateBus.h"
+#include "support/PrivateServers.h"
 #include "support/TempTree.h"
 
 #include <QDBusConnection>
@@ -77,7 +77,7 @@ private:
     std::string why;
     TempTree scratch;
     std::string homeDir;
-    pid_t xvfb = -1;
+    std::unique_ptr<PrivateDisplay> screen;
     std::string display;
     std::unique_ptr<PrivateBus> sessionBus;
     std::vector<pid_t> helpers;

@@ -1,6 +1,8 @@
 // The built program's action self-check on real processes, and the suggestions that end the
 // speed report.
+#include "foundation/FS.h"
 #include "foundation/Text.h"
+#include "support/PrivateServers.h"
 #include "support/RunProgram.h"
 #include "support/TempTree.h"
 
@@ -80,6 +82,36 @@ TEST(AdviceE2E, TestActionsLeavesAnOpenCalculatorAlone) {
     EXPECT_TRUE(run.out.starts_with("SKIP  Quit and Relaunch: Calculator was already open, so it is left alone.\n"))
         << run.out;
     EXPECT_TRUE(alive);
+}
+
+TEST(AdviceE2E, TestActionsQuitsAndRelaunchesAnAppThroughItsOwnQuitOnTheBus) {
+    PrivateBus bus;
+    if (bus.address.empty()) GTEST_SKIP() << "dbus-daemon could not be started: is it installed?";
+    PrivateDisplay display;
+    if (display.name.empty()) GTEST_SKIP() << "Xvfb could not be started: is it installed?";
+    TempTree home;
+    // A calculator that quits only when asked on the bus: a polite signal would leave it open.
+    const std::string log = home.path("calculator.log");
+    home.text(".local/share/applications/org.gnome.Calculator.desktop",
+              "[Desktop Entry]\nType=Application\nName=Calculator\nDBusActivatable=true\nExec=" SORRELIN_TESTAPP
+              " org.gnome.Calculator " + log + "\n");
+    auto env = environment(home);
+    env["DBUS_SESSION_BUS_ADDRESS"] = bus.address;
+    env["DISPLAY"] = display.name;
+    env["XDG_SESSION_TYPE"] = "";
+    env["WAYLAND_DISPLAY"] = "";
+    auto run = runProgram(SORRELIN_EXE, {"--test-actions"}, env, 120);
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    auto lines = Text::split(run.out, '\n');
+    ASSERT_EQ(lines.size(), 4u) << run.out;
+    EXPECT_TRUE(std::regex_match(lines[0], std::regex(R"(PASS  Quit: Calculator quit in \d+\.\d s)"))) << lines[0];
+    EXPECT_TRUE(std::regex_match(lines[1], std::regex(R"(PASS  Relaunch: pid \d+ became \d+)"))) << lines[1];
+    EXPECT_TRUE(lines[2].starts_with("PASS  Stop: 2 of 2 stopped")) << lines[2];
+    EXPECT_TRUE(lines[3].starts_with("SKIP  Restart: ")) << lines[3];
+    // Each quit was the app's own, and the relaunched one was asked to bring its windows back.
+    EXPECT_EQ(FS::readText(log).value_or(""),
+              "started\nquit by its Quit action\nstarted\nquit by its Quit action\n"
+              "started --restore-last-session\nquit by its Quit action\n");
 }
 
 TEST(AdviceE2E, TheSpeedReportEndsWithItsSuggestions) {

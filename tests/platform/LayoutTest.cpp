@@ -53,3 +53,26 @@ TEST(Layout, MacPlaces) {
     EXPECT_EQ(m.mergedLocation, "~/Library/Caches and Application Support");
     EXPECT_TRUE(m.isMac());
 }
+
+TEST(Layout, PlacesWrittenThroughALinkedHomeLandBelowTheResolvedHome) {
+    // /home/me -> /data/me: the program works on /data/me, while $HOME, the XDG variables and
+    // user-dirs.dirs may still write /home/me.
+    TempTree t;
+    t.text("data/me/.config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"" + t.path("home/me") + "/Downloads\"\n"
+                                              "XDG_DOCUMENTS_DIR=\"$HOME/Docs\"\n");
+    const std::string real = t.path("data/me"), given = t.path("home/me");
+    auto env = [&](const char* name) -> std::optional<std::string> {
+        std::string_view n = name;
+        if (n == "HOME") return given + "/";
+        if (n == "XDG_CACHE_HOME") return given + "/.cache";
+        if (n == "XDG_CONFIG_HOME") return given + "/.config";
+        if (n == "XDG_DATA_HOME") return t.path("home/me2/share"); // a sibling is not the home
+        return std::nullopt;
+    };
+    Layout l = Layout::linux(real, env);
+    EXPECT_EQ(l.xdgCache, real + "/.cache");
+    EXPECT_EQ(l.configHome, real + "/.config");
+    EXPECT_EQ(l.downloads, real + "/Downloads");
+    EXPECT_EQ(l.documents, real + "/Docs");
+    EXPECT_EQ(l.dataHome, t.path("home/me2/share"));
+}

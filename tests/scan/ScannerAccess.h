@@ -12,6 +12,7 @@ struct ScannerTestAccess {
     static std::vector<Candidate> bigItems(Scanner& s) { return s.bigItems(); }
     static std::vector<Candidate> nodeVersions(Scanner& s) { return s.nodeVersions(); }
     static std::vector<std::string> findBuildDirs(Scanner& s) { return s.findBuildDirs(); }
+    static std::vector<CleanItem> measureAll(Scanner& s, const std::vector<Candidate>& c) { return s.measureAll(c); }
     // The walk, then the grouping into projects, as the scan runs them.
     static std::vector<Candidate> projects(Scanner& s) {
         s.buildDirs = s.findBuildDirs();

@@ -1,5 +1,6 @@
 #include "foundation/FS.h"
 #include "storage/StorageWalkFixtures.h"
+#include "support/EnvOf.h"
 #include "support/FakeAppBundles.h"
 
 #include <gtest/gtest.h>
@@ -494,4 +495,61 @@ TEST(StorageScan, UnreadableFoldersAreCountedAndTheRestGoesOn) {
     ASSERT_TRUE(r.category(StorageKind::documents));
     EXPECT_EQ(r.category(StorageKind::documents)->unreadable, 1);
     EXPECT_TRUE(row(r, StorageKind::documents, home.path("Documents/open")));
+}
+
+namespace {
+
+// The paths of the units planned for `layout`.
+std::vector<std::string> plannedPaths(const Layout& layout) {
+    StorageScan scan(layout, ScanToken::make(), nullptr);
+    std::vector<std::string> out;
+    for (const auto& u : scan.units()) out.push_back(u.path);
+    return out;
+}
+
+bool has(const std::vector<std::string>& paths, const std::string& p) {
+    return std::find(paths.begin(), paths.end(), p) != paths.end();
+}
+
+// Only units below the home, none of them in `outside`.
+void expectNothingOutside(const std::vector<std::string>& paths, const std::string& home, const std::string& outside) {
+    for (const auto& p : paths) {
+        EXPECT_TRUE(p.starts_with(home + "/")) << p;
+        EXPECT_FALSE(p.starts_with(outside)) << p;
+    }
+}
+
+} // namespace
+
+// Nothing outside the home is measured as the home's: user folders and app-data places that
+// are links, or that XDG or user-dirs.dirs put elsewhere, plan no unit.
+TEST(StorageScan, LinkedUserAndDataFoldersPlanNoUnit) {
+    TempTree t;
+    const std::string home = t.dir("home"), outside = t.dir("outside");
+    t.file("outside/usr/lib/x.so", 300000);
+    t.file("home/Music/song.flac", 200000);
+    t.file("home/.config/app/settings", 1000);
+    t.symLink(outside, "home/Downloads");
+    t.symLink(outside, "home/.cache");
+    t.symLink(outside, "home/stuff"); // a plain top-level entry that links out
+    auto paths = plannedPaths(isolated(home, envOf({{"HOME", home}})));
+    EXPECT_TRUE(has(paths, home + "/Music/song.flac"));
+    EXPECT_TRUE(has(paths, home + "/.config/app"));
+    for (const char* linked : {"/Downloads", "/.cache", "/stuff", "/Downloads/usr", "/.cache/usr"})
+        EXPECT_FALSE(has(paths, home + linked)) << linked;
+    expectNothingOutside(paths, home, outside);
+}
+
+TEST(StorageScan, PlacesNamedOutsideTheHomePlanNoUnit) {
+    TempTree t;
+    const std::string home = t.dir("home"), outside = t.dir("outside");
+    t.file("outside/usr/lib/x.so", 300000);
+    t.file("home/Music/song.flac", 200000);
+    t.text("home/.config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"" + outside + "\"\nXDG_DOCUMENTS_DIR=\"/\"\n");
+    Layout l = isolated(home, envOf({{"HOME", home}, {"XDG_CACHE_HOME", "/"}, {"XDG_DATA_HOME", outside}}));
+    ASSERT_EQ(l.downloads, outside);
+    ASSERT_EQ(l.documents, "/");
+    auto paths = plannedPaths(l);
+    EXPECT_TRUE(has(paths, home + "/Music/song.flac"));
+    expectNothingOutside(paths, home, outside);
 }

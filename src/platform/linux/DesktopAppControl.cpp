@@ -2,7 +2,7 @@
 
 #include "platform/AppBundles.h"
 #include "platform/linux/Detached.h"
-#include "platform/linux/X11Front.h"
+#include "platform/linux/X11Display.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -51,7 +51,7 @@ std::optional<std::string> DesktopAppControl::open(const std::string& entryPath,
 
 const AppControl& AppControl::live() {
     static const DesktopAppControl control(
-        AppBundles::system(), SessionBus::session(), [](const std::set<int32_t>& pids) { return X11Front::closeWindows(pids); },
+        AppBundles::system(), SessionBus::session(), [](const std::set<int32_t>& pids) { return X11Display::session().closeWindows(pids); },
         [] {
             const char* path = std::getenv("PATH");
             return std::string(path && *path ? path : "/usr/local/bin:/usr/bin:/bin");

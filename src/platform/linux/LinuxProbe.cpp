@@ -9,7 +9,7 @@
 #include "platform/linux/ProcStart.h"
 #include "platform/linux/ProcText.h"
 #include "platform/linux/SystemReader.h"
-#include "platform/linux/X11Front.h"
+#include "platform/linux/X11Display.h"
 
 #include <unistd.h>
 
@@ -58,7 +58,7 @@ const ProbeSource& ProbeSource::live() {
 RunningApps RunningApp::current() {
     auto entries = ProcReader::read("/proc", readOptions(false));
     auto apps = ProcReader::attachApps(entries, AppBundles::system());
-    if (auto front = X11Front::activePid()) ProcReader::markFront(apps, entries, *front);
+    if (auto front = X11Display::session().activePid()) ProcReader::markFront(apps, entries, *front);
     return apps;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/Trash.h"
 #include "platform/MountTable.h"
 
+#include "foundation/Beneath.h"
 #include "foundation/FS.h"
 #include "foundation/Text.h"
 
@@ -31,25 +32,9 @@ std::string join(const std::string& folder, std::string_view name) {
     return folder + "/" + std::string(name);
 }
 
-std::optional<std::string> realPath(const std::string& path) {
-    char* r = realpath(path.c_str(), nullptr);
-    if (!r) return std::nullopt;
-    std::string out = r;
-    std::free(r);
-    return out;
-}
-
-// Makes `path` and its missing parents with `mode`; 0 or the errno that stopped it.
-int makeFolders(const std::string& path, mode_t mode) {
-    if (path.empty() || path.front() != '/') return EINVAL;
-    for (std::size_t at = 1; at <= path.size(); ++at) {
-        if (at != path.size() && path[at] != '/') continue;
-        std::string prefix = path.substr(0, at);
-        if (mkdir(prefix.c_str(), mode) != 0 && errno != EEXIST) return errno;
-    }
-    struct stat st {};
-    if (stat(path.c_str(), &st) != 0) return errno;
-    return S_ISDIR(st.st_mode) ? 0 : ENOTDIR;
+// The real path of an open folder, as the kernel knows it now.
+std::optional<std::string> realPathOf(int fd) {
+    return FS::readLink("/proc/self/fd/" + std::to_string(fd));
 }
 
 // The device that a folder which may not exist yet will be on: its nearest existing ancestor's.
@@ -97,11 +82,24 @@ int mountTrash(const std::string& top, uid_t uid, std::string& folder) {
     return ownFolder(folder, uid) ? 0 : EACCES;
 }
 
-// Opens part `name` of an open Trash folder, making it first; never through a link.
-int openPart(int trashFd, const char* name, int& fd) {
-    if (mkdirat(trashFd, name, 0700) != 0 && errno != EEXIST) return errno;
-    fd = openat(trashFd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    return fd < 0 ? errno : 0;
+Outcome failed(Outcome out, Step step, int error) {
+    out.step = step;
+    out.error = error;
+    return out;
+}
+
+// Opens part `name` of an open Trash folder, making it first when asked; never through a link.
+int openPart(int trashFd, const char* name, Fd& fd, bool make = true) {
+    if (make && mkdirat(trashFd, name, 0700) != 0 && errno != EEXIST) return errno;
+    fd.reset(openat(trashFd, name, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    return fd ? 0 : errno;
+}
+
+// The step and error of a Trash folder that could not be opened.
+Outcome unopened(Outcome out, const Beneath::Opened& opened) {
+    if (opened.throughLink) return failed(out, Step::link, ELOOP);
+    if (opened.error == EXDEV) return failed(out, Step::outside, EXDEV);
+    return failed(out, Step::makeFolder, opened.error);
 }
 
 // rename without replacing what stands at the target, where the file system allows it.
@@ -125,18 +123,6 @@ bool writeAll(int fd, std::string_view text) {
     return true;
 }
 
-Outcome failed(Outcome out, Step step, int error) {
-    out.step = step;
-    out.error = error;
-    return out;
-}
-
-struct Fd {
-    int fd = -1;
-    ~Fd() {
-        if (fd >= 0) close(fd);
-    }
-};
 
 } // namespace
 
@@ -215,16 +201,32 @@ std::vector<Mount> mounts(std::string_view mountinfo) {
     return out;
 }
 
-std::vector<std::string> folders(const std::string& homeTrash) {
+Beneath::Opened open(const Folder& trash, bool make) {
+    Beneath::Opened out;
+    std::string_view rel = Beneath::below(trash.path, trash.root);
+    if (rel.empty()) {
+        out.error = EXDEV;
+        return out;
+    }
+    Beneath::Parent parent = Beneath::parent(trash.root, trash.path, Beneath::Way::best, make, 0700);
+    if (!parent.ok()) return std::move(parent.folder);
+    if (make && mkdirat(parent.folder.fd.get(), parent.name.c_str(), 0700) != 0 && errno != EEXIST) {
+        out.error = errno;
+        return out;
+    }
+    return Beneath::open(parent.folder.fd.get(), parent.name, O_PATH | O_DIRECTORY);
+}
+
+std::vector<Folder> folders(const Folder& homeTrash) {
     return folders(homeTrash, FS::readText("/proc/self/mountinfo").value_or(""));
 }
 
-std::vector<std::string> folders(const std::string& homeTrash, std::string_view mountinfo) {
-    std::vector<std::string> out;
+std::vector<Folder> folders(const Folder& homeTrash, std::string_view mountinfo) {
+    std::vector<Folder> out;
     std::set<std::pair<dev_t, ino_t>> seen;
-    auto add = [&](const std::string& folder) {
+    auto add = [&](const Folder& folder) {
         struct stat st {};
-        if (lstat(folder.c_str(), &st) != 0 || !S_ISDIR(st.st_mode)) return;
+        if (lstat(folder.path.c_str(), &st) != 0 || !S_ISDIR(st.st_mode)) return;
         if (seen.insert({st.st_dev, st.st_ino}).second) out.push_back(folder);
     };
     add(homeTrash);
@@ -232,55 +234,77 @@ std::vector<std::string> folders(const std::string& homeTrash, std::string_view 
     for (const auto& m : mounts(mountinfo)) {
         if (!m.writable) continue;
         std::string own = join(m.point, ".Trash-" + std::to_string(uid));
-        if (ownFolder(own, uid)) add(own);
+        if (ownFolder(own, uid)) add({m.point, own});
         std::string shared = join(m.point, ".Trash");
         if (sharedTrash(shared)) {
             std::string mine = join(shared, std::to_string(uid));
-            if (ownFolder(mine, uid)) add(mine);
+            if (ownFolder(mine, uid)) add({m.point, mine});
         }
     }
     return out;
 }
 
-Outcome put(const std::string& path, const std::string& homeTrash, TimePoint now) {
+std::optional<std::pair<Folder, std::string>> holder(const std::string& moved, const Folder& homeTrash) {
+    if (moved.empty() || moved.front() != '/' || moved.find("/../") != std::string::npos ||
+        moved.find("/./") != std::string::npos || moved.find("//") != std::string::npos)
+        return std::nullopt;
+    const std::string entry = FS::lastComponent(moved);
+    const std::string files = FS::parent(moved);
+    if (entry.empty() || entry == "." || entry == ".." || FS::lastComponent(files) != "files") return std::nullopt;
+    const std::string folder = FS::parent(files);
+    if (folder == homeTrash.path) return std::pair{homeTrash, entry};
+    const std::string uid = std::to_string(geteuid());
+    std::string top;
+    if (FS::lastComponent(folder) == ".Trash-" + uid) top = FS::parent(folder);
+    else if (FS::lastComponent(folder) == uid && FS::lastComponent(FS::parent(folder)) == ".Trash")
+        top = FS::parent(FS::parent(folder));
+    else return std::nullopt;
+    // Only at the top of a mount does such a folder stand for a Trash.
+    struct stat here {}, above {};
+    if (top.empty() || stat(top.c_str(), &here) != 0) return std::nullopt;
+    if (top != "/" && stat(FS::parent(top).c_str(), &above) == 0 && above.st_dev == here.st_dev) return std::nullopt;
+    return std::pair{Folder{top, folder}, entry};
+}
+
+Outcome put(int folder, const std::string& name, const std::string& path, const Folder& homeTrash, TimePoint now) {
     Outcome out;
-    out.folder = homeTrash;
+    out.folder = homeTrash.path;
+    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos)
+        return failed(out, Step::look, EINVAL);
     struct stat st {};
-    if (lstat(path.c_str(), &st) != 0) return failed(out, Step::look, errno);
-    std::string name = FS::lastComponent(path);
-    auto realFolder = realPath(FS::parent(path));
-    if (!realFolder || name.empty() || name == "/" || name == "." || name == "..")
-        return failed(out, Step::look, realFolder ? EINVAL : errno);
+    if (fstatat(folder, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) return failed(out, Step::look, errno);
+    auto realFolder = realPathOf(folder);
+    if (!realFolder) return failed(out, Step::look, errno);
 
     // What lies on the home Trash's file system goes there, with its absolute path; anything
     // else to its own mount's Trash, with its path from the mount's top.
+    Folder trashFolder = homeTrash;
     std::string pathValue = path;
-    auto homeDevice = deviceOf(homeTrash);
-    if (homeDevice && *homeDevice == st.st_dev) {
-        if (int e = makeFolders(homeTrash, 0700)) return failed(out, Step::makeFolder, e);
-    } else {
+    auto homeDevice = deviceOf(homeTrash.path);
+    if (!homeDevice || *homeDevice != st.st_dev) {
         std::string top = topOf(*realFolder, st.st_dev);
         if (int e = mountTrash(top, geteuid(), out.folder)) return failed(out, Step::makeFolder, e);
+        trashFolder = {top, out.folder};
         std::string real = join(*realFolder, name);
         pathValue = top == "/" ? real.substr(1) : real.substr(top.size() + 1);
     }
 
-    if (auto realTrash = realPath(out.folder))
+    Beneath::Opened trash = open(trashFolder, /*make=*/true);
+    if (!trash.ok()) return unopened(out, trash);
+    if (auto realTrash = realPathOf(trash.fd.get()))
         if (*realFolder == *realTrash || realFolder->starts_with(*realTrash + "/"))
             return failed(out, Step::alreadyThere, EEXIST);
 
-    Fd trash, files, info;
-    trash.fd = open(out.folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (trash.fd < 0) return failed(out, Step::makeFolder, errno);
-    if (int e = openPart(trash.fd, "files", files.fd)) return failed(out, Step::makeFolder, e);
-    if (int e = openPart(trash.fd, "info", info.fd)) return failed(out, Step::makeFolder, e);
+    Fd files, info;
+    if (int e = openPart(trash.fd.get(), "files", files)) return failed(out, Step::makeFolder, e);
+    if (int e = openPart(trash.fd.get(), "info", info)) return failed(out, Step::makeFolder, e);
 
     const std::string content = Trash::info(pathValue, now);
     for (int n = 1; n <= maxNumber; ++n) {
         std::string entry = entryName(name, n);
         std::string infoName = entry + std::string(infoSuffix);
         // The .trashinfo comes first and claims the name: O_EXCL makes two trashers never share one.
-        int fd = openat(info.fd, infoName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+        int fd = openat(info.get(), infoName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
         if (fd < 0) {
             if (errno == EEXIST) continue;
             return failed(out, Step::writeInfo, errno);
@@ -292,36 +316,40 @@ Outcome put(const std::string& path, const std::string& homeTrash, TimePoint now
             writeError = errno;
         }
         if (!written) {
-            unlinkat(info.fd, infoName.c_str(), 0);
+            unlinkat(info.get(), infoName.c_str(), 0);
             return failed(out, Step::writeInfo, writeError);
         }
-        int e = moveNoReplace(AT_FDCWD, path.c_str(), files.fd, entry.c_str());
+        int e = moveNoReplace(folder, name.c_str(), files.get(), entry.c_str());
         if (e == 0) {
             out.moved = join(out.folder, "files/" + entry);
             return out;
         }
-        unlinkat(info.fd, infoName.c_str(), 0);
+        unlinkat(info.get(), infoName.c_str(), 0);
         if (e != EEXIST) return failed(out, Step::move, e);
     }
     return failed(out, Step::writeInfo, EEXIST);
 }
 
-Outcome restore(const std::string& moved, const std::string& to) {
+Outcome restore(const Folder& trash, const std::string& entry, int toFolder, const std::string& toName,
+                const std::string& to) {
     Outcome out;
-    std::string filesFolder = FS::parent(moved);
-    out.folder = FS::parent(filesFolder);
+    out.folder = trash.path;
     struct stat st {};
-    if (lstat(to.c_str(), &st) == 0) return failed(out, Step::occupied, EEXIST);
+    if (fstatat(toFolder, toName.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) return failed(out, Step::occupied, EEXIST);
     if (!missing(errno)) return failed(out, Step::look, errno);
-    if (lstat(moved.c_str(), &st) != 0) return failed(out, Step::look, errno);
-    if (int e = makeFolders(FS::parent(to), 0755)) return failed(out, Step::makeFolder, e);
-    if (int e = moveNoReplace(AT_FDCWD, moved.c_str(), AT_FDCWD, to.c_str()))
+    Beneath::Opened opened = open(trash);
+    if (!opened.ok()) {
+        if (opened.throughLink) return failed(out, Step::link, ELOOP);
+        return failed(out, Step::look, opened.error);
+    }
+    Fd files, info;
+    if (int e = openPart(opened.fd.get(), "files", files, /*make=*/false)) return failed(out, Step::look, e);
+    if (fstatat(files.get(), entry.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) return failed(out, Step::look, errno);
+    if (int e = moveNoReplace(files.get(), entry.c_str(), toFolder, toName.c_str()))
         return failed(out, e == EEXIST ? Step::occupied : Step::move, e);
     out.moved = to;
-    if (FS::lastComponent(filesFolder) == "files") {
-        std::string infoFile = join(out.folder, "info/" + FS::lastComponent(moved) + std::string(infoSuffix));
-        unlink(infoFile.c_str());
-    }
+    if (openPart(opened.fd.get(), "info", info, /*make=*/false) == 0)
+        unlinkat(info.get(), (entry + std::string(infoSuffix)).c_str(), 0);
     return out;
 }
 

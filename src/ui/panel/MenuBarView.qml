@@ -19,21 +19,21 @@ Rectangle {
         spacing: Metrics.gapWide
         UiText {
             Layout.fillWidth: true
-            text: Fmt.bytes(AppModel.disk.available) + " free" + (AppModel.isScanning ? ", scanning" : "")
+            text: Fmt.bytes(App.model.disk.available) + " free" + (App.model.isScanning ? ", scanning" : "")
             font.pixelSize: Metrics.title
             font.weight: Font.DemiBold
-            color: AppModel.isLow ? Palette.amberText : Palette.text
+            color: App.model.isLow ? Palette.amberText : Palette.text
         }
         SecondaryButton {
             Layout.fillWidth: true
             text: "Scan"
-            enabled: !AppModel.isScanning
-            onClicked: AppModel.scan()
+            enabled: !App.model.isScanning
+            onClicked: App.model.scan()
         }
         PrimaryButton {
             Layout.fillWidth: true
             text: "Open Sorrelin"
-            onClicked: AppModel.showWindow(-1)
+            onClicked: App.model.showWindow(-1)
         }
         SecondaryButton {
             Layout.fillWidth: true

@@ -9,7 +9,7 @@
 #include "foundation/FS.h"
 #include "foundation/Log.h"
 #include "foundation/Support.h"
-#include "ui/ModelTypes.h"
+#include "ui/App.h"
 #include "ui/Pictures.h"
 #include "ui/UiEngine.h"
 #include "ui/art/AppIcon.h"
@@ -100,7 +100,7 @@ int run(int argc, char** argv) {
     QApplication::setWindowIcon(AppIcon::icon());
     AppModel& model = AppModel::shared();
     Prefs& prefs = Prefs::shared();
-    ModelTypes::use(&model, &prefs);
+    App::use(&model, &prefs);
 
     DesktopNotifier notifier(model.clock(), bus);
     model.attachNotifier(&notifier);

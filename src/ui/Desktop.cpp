@@ -7,10 +7,9 @@ Desktop& Desktop::shared() {
     return instance;
 }
 
-Desktop* DesktopSingleton::create(QQmlEngine*, QJSEngine*) {
-    Desktop* d = &Desktop::shared();
-    QJSEngine::setObjectOwnership(d, QJSEngine::CppOwnership);
-    return d;
+Desktop* Desktop::create(QQmlEngine*, QJSEngine*) {
+    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
+    return &shared();
 }
 
 void Desktop::setTrayAvailable(bool on) {

@@ -10,12 +10,15 @@
 
 class Desktop : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool trayAvailable READ trayAvailable NOTIFY trayAvailableChanged)
 
 public:
     explicit Desktop(QObject* parent = nullptr) : QObject(parent) {}
     // The program's one instance, which QML gets.
     static Desktop& shared();
+    static Desktop* create(QQmlEngine*, QJSEngine*);
 
     [[nodiscard]] bool trayAvailable() const { return tray; }
     void setTrayAvailable(bool on);
@@ -33,16 +36,4 @@ signals:
 
 private:
     bool tray = false;
-};
-
-// QML reaches the one instance through this wrapper: a singleton type that QML could
-// construct itself would be a second, unconnected one.
-struct DesktopSingleton {
-    Q_GADGET
-    QML_FOREIGN(Desktop)
-    QML_NAMED_ELEMENT(Desktop)
-    QML_SINGLETON
-
-public:
-    static Desktop* create(QQmlEngine*, QJSEngine*);
 };

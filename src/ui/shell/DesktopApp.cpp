@@ -10,7 +10,6 @@
 #include "foundation/Log.h"
 #include "foundation/Support.h"
 #include "ui/App.h"
-#include "ui/Pictures.h"
 #include "ui/UiEngine.h"
 #include "ui/art/AppIcon.h"
 #include "ui/shell/DesktopShell.h"
@@ -19,8 +18,6 @@
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QQuickView>
-#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -33,22 +30,6 @@ namespace {
 bool set(const char* variable) {
     const char* v = std::getenv(variable);
     return v && *v;
-}
-
-// FENNELBOX_SNAPSHOT: a picture of the main window 4 seconds after it first appears.
-void snapshotWhenAsked(DesktopShell& shell) {
-    const QByteArray path = qgetenv("FENNELBOX_SNAPSHOT");
-    if (path.isEmpty()) return;
-    auto* once = new QObject(&shell);
-    QObject::connect(&shell.mainWindow(), &WindowHost::appeared, once, [&shell, once, path] {
-        once->deleteLater();
-        QTimer::singleShot(4000, &shell, [&shell, path] {
-            QQuickView* view = shell.mainWindow().view();
-            if (!view || !view->isVisible()) return;
-            if (Pictures::writePng(view->grabWindow(), QString::fromLocal8Bit(path)))
-                Log::note("window snapshot written to " + path.toStdString());
-        });
-    });
 }
 
 // "loginItemOffered" belongs in the standard settings file, whichever store the rest uses.
@@ -114,7 +95,6 @@ int run(int argc, char** argv) {
     DesktopShell desktop(model, prefs);
     shell = &desktop;
     QObject::connect(&desktop, &DesktopShell::quitRequested, &app, &QCoreApplication::quit, Qt::QueuedConnection);
-    snapshotWhenAsked(desktop);
     QObject::connect(&desktop.mainWindow(), &WindowHost::firstFrame, &app, [] { Log::note("window first frame"); });
 
     // The first start of an installed copy opens the program at login from then on, once.

@@ -39,7 +39,10 @@ bool WindowHost::make() {
         view->setResizeMode(QQuickView::SizeRootObjectToView);
         view->resize(kind.size);
     }
-    if (!kind.minimum.isEmpty()) view->setMinimumSize(kind.minimum);
+    // The content may name its own least size; the kind's stands otherwise.
+    const QVariant minWidth = item->property("minimumWidth"), minHeight = item->property("minimumHeight");
+    if (minWidth.isValid() && minHeight.isValid()) view->setMinimumSize(QSize(minWidth.toInt(), minHeight.toInt()));
+    else if (!kind.minimum.isEmpty()) view->setMinimumSize(kind.minimum);
     view->setContent(component->url(), component, item);
     connect(view, &QWindow::visibleChanged, this, [this, view](bool visible) {
         if (visible) {

@@ -15,8 +15,8 @@ class Desktop : public QObject {
     Q_PROPERTY(bool trayAvailable READ trayAvailable NOTIFY trayAvailableChanged)
 
 public:
-    explicit Desktop(QObject* parent = nullptr) : QObject(parent) {}
-    // The program's one instance, which QML gets.
+    // The program's one instance, which QML gets: no public constructor, or QML would make an
+    // instance of its own per engine that the shell never hears of.
     static Desktop& shared();
     static Desktop* create(QQmlEngine*, QJSEngine*);
 
@@ -35,5 +35,6 @@ signals:
     void trayAvailableChanged();
 
 private:
+    Desktop() = default;
     bool tray = false;
 };

@@ -9,6 +9,7 @@
 #include "foundation/Rendering.h"
 #include "support/TempTree.h"
 #include "ui/App.h"
+#include "ui/Desktop.h"
 #include "ui/ScreenPictures.h"
 #include "ui/UiEngine.h"
 
@@ -17,6 +18,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QQuickWindow>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSignalSpy>
@@ -476,4 +478,43 @@ TEST(Screens, TheWindowComingAndGoingTellsTheModelButPicturesDoNot) {
         view.hide();
     }
     Tools::rendering = false;
+}
+
+// Without a tray the window's menu is the one way to end the program; with one it must not
+// offer "Quit", which would read as closing the window.
+TEST(Screens, TheToolbarMenuOpensSettingsAndOffersQuitOnlyWithoutATray) {
+    Home h;
+    int quits = 0;
+    Desktop::shared().onQuit = [&] { ++quits; };
+    for (bool tray : {true, false}) {
+        Desktop::shared().setTrayAvailable(tray);
+        View view("MainView.qml");
+        ASSERT_TRUE(view.root);
+        // A popup opens only inside a window.
+        QQuickWindow window;
+        window.resize(ScreenPictures::windowSize);
+        view.root->setParentItem(window.contentItem());
+        QQuickItem* button = view["toolbarMenu"];
+        ASSERT_TRUE(button);
+        EXPECT_EQ(button->property("offersQuit").toBool(), !tray);
+        QMetaObject::invokeMethod(button, "clicked");
+        QObject* popup = button->findChild<QObject*>("toolbarMenuPopup");
+        ASSERT_TRUE(popup);
+        EXPECT_TRUE(popup->property("visible").toBool());
+        QQuickItem* settings = popup->property("contentItem").value<QQuickItem*>();
+        ASSERT_TRUE(settings);
+        QQuickItem* quit = find(settings, "menuQuit");
+        ASSERT_TRUE(quit);
+        EXPECT_EQ(quit->isVisible(), !tray);
+        if (!tray) {
+            QMetaObject::invokeMethod(quit, "chosen");
+            EXPECT_EQ(quits, 1);
+        }
+        h.model->setSettingsOpen(false);
+        QMetaObject::invokeMethod(find(settings, "menuSettings"), "chosen");
+        EXPECT_TRUE(h.model->settingsOpen());
+        view.root->setParentItem(nullptr);
+    }
+    Desktop::shared().onQuit = nullptr;
+    Desktop::shared().setTrayAvailable(false);
 }

@@ -2,8 +2,8 @@ import Sorrelin
 import QtQuick
 
 // The toolbar above every tab: the title with how the last scan stands, the tabs, the
-// activity pill and the rescan button. The tabs stay centred on the window unless the sides
-// need the room.
+// activity pill, the rescan button and the menu. The tabs stay centred on the window unless
+// the sides need the room.
 Rectangle {
     id: root
     readonly property AppModel model: App.model
@@ -89,5 +89,6 @@ Rectangle {
         spacing: Metrics.gap
         ActivityPill { anchors.verticalCenter: parent.verticalCenter }
         ToolbarRescan { anchors.verticalCenter: parent.verticalCenter }
+        ToolbarMenu { anchors.verticalCenter: parent.verticalCenter }
     }
 }

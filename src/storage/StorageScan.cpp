@@ -56,6 +56,7 @@ void StorageScan::walk(const Unit& unit) {
     int64_t total = 0;
     int count = 0;
     int bad = 0;
+    std::vector<std::string> badPaths;
     std::vector<BigFile> found;
     struct Package {
         short level;
@@ -131,7 +132,10 @@ void StorageScan::walk(const Unit& unit) {
                     break;
                 }
                 case FTS_DNR:
-                    if (unit.countsUnreadable) ++bad;
+                    if (unit.countsUnreadable) {
+                        ++bad;
+                        if (badPaths.size() < StorageCategory::namedUnreadable) badPaths.emplace_back(e->fts_path, e->fts_pathlen);
+                    }
                     leaveFolder(e);
                     break;
                 case FTS_DP:
@@ -159,7 +163,10 @@ void StorageScan::walk(const Unit& unit) {
                     countFile();
                     break;
                 case FTS_ERR:
-                    if (unit.countsUnreadable) ++bad;
+                    if (unit.countsUnreadable) {
+                        ++bad;
+                        if (badPaths.size() < StorageCategory::namedUnreadable) badPaths.emplace_back(e->fts_path, e->fts_pathlen);
+                    }
                     leaveFolder(e);
                     break;
                 default:
@@ -186,6 +193,10 @@ void StorageScan::walk(const Unit& unit) {
         it->second.bytes += bytes;
     }
     if (bad > 0) unreadable[unit.kind] += bad;
+    if (!badPaths.empty()) {
+        auto& named = unreadableFolders[unit.kind];
+        named.insert(named.end(), std::make_move_iterator(badPaths.begin()), std::make_move_iterator(badPaths.end()));
+    }
     files += count;
     if (!found.empty()) {
         big.insert(big.end(), std::make_move_iterator(found.begin()), std::make_move_iterator(found.end()));
@@ -212,12 +223,14 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
     std::map<StorageKind, int64_t> totalsCopy;
     std::map<std::pair<StorageKind, std::string>, Entry> entriesCopy;
     std::map<StorageKind, int> unreadableCopy;
+    std::map<StorageKind, std::vector<std::string>> unreadableFoldersCopy;
     StorageReport r;
     {
         std::lock_guard guard(lock);
         totalsCopy = totals;
         entriesCopy = entries;
         unreadableCopy = unreadable;
+        unreadableFoldersCopy = unreadableFolders;
         r.biggest = big;
         r.files = files;
     }
@@ -235,7 +248,12 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
         std::stable_sort(rows.begin(), rows.end(),
                          [](const StorageItem& a, const StorageItem& b) { return a.bytes > b.bytes; });
         if (rows.size() > cut) rows.resize(cut);
-        r.categories.push_back(StorageCategory{kind, total, std::move(rows), bad});
+        // Walks of one kind run side by side: the names are sorted so that a report does not
+        // depend on which walk came first.
+        auto& named = unreadableFoldersCopy[kind];
+        std::sort(named.begin(), named.end());
+        if (named.size() > StorageCategory::namedUnreadable) named.resize(StorageCategory::namedUnreadable);
+        r.categories.push_back(StorageCategory{kind, total, std::move(rows), bad, std::move(named)});
     }
     std::stable_sort(r.categories.begin(), r.categories.end(),
                      [](const StorageCategory& a, const StorageCategory& b) { return a.bytes > b.bytes; });
@@ -326,7 +344,7 @@ StorageReport StorageScan::run(const Progress& onProgress) {
             int64_t sum = 0;
             for (const auto& row : v->rows) sum += row.bytes;
             if (sum >= 1) {
-                report.categories.push_back(StorageCategory{StorageKind::macOS, sum, v->rows, 0});
+                report.categories.push_back(StorageCategory{StorageKind::macOS, sum, v->rows, 0, {}});
                 std::stable_sort(report.categories.begin(), report.categories.end(),
                                  [](const StorageCategory& a, const StorageCategory& b) { return a.bytes > b.bytes; });
             }

@@ -1,7 +1,9 @@
 #include "ScreenHarness.h"
 
+#include "foundation/Rendering.h"
 #include "storage/StorageStore.h"
 #include "ui/App.h"
+#include "ui/Palette.h"
 #include "ui/Pictures.h"
 #include "ui/UiEngine.h"
 
@@ -14,9 +16,12 @@
 
 #include <gtest/gtest.h>
 
-ScreenHarness::ScreenHarness() = default;
+// A picture drawn earlier in the process leaves the rendering switch on, and with it the model
+// would neither read nor write its files: a live screen runs with it off.
+ScreenHarness::ScreenHarness() : wasRendering(Tools::rendering.exchange(false)) {}
 
 ScreenHarness::~ScreenHarness() {
+    Tools::rendering = wasRendering;
     root.reset();
     win.reset();
     engine.reset();
@@ -24,8 +29,8 @@ ScreenHarness::~ScreenHarness() {
 
 AppModel& ScreenHarness::model() {
     if (!made) {
-        AppSetup setup = AppSetup::forHome(home.root(), support.root(), clock, settings);
-        setup.readDisk = [this] { return disk; };
+        AppSetup setup = AppSetup::forHome(realHome.empty() ? home.root() : realHome, support.root(), clock, settings);
+        if (realHome.empty()) setup.readDisk = [this] { return disk; };
         made = std::make_unique<AppModel>(std::move(setup));
         made->refreshDisk();
         App::use(made.get(), &prefs());
@@ -60,6 +65,8 @@ QQuickItem* ScreenHarness::show(const QString& file, QSize size, const QVariantM
     object.release();
     root.reset(item);
     win = std::make_unique<QQuickWindow>();
+    // The screens stand on the window's own dark ground, as in the program.
+    win->setColor(Palette::lookup("window").value_or(Qt::black));
     win->resize(size);
     item->setParentItem(win->contentItem());
     item->setSize(size);

@@ -31,6 +31,9 @@ public:
     ManualClock clock;
     SettingsStore settings{support.path("settings.json")};
     DiskInfo disk{"Test disk", 500 * GB, 120 * GB, 25 * GB};
+    // Set before model() to show another home folder (this machine's, for a person to look
+    // at) on the disk it lies on.
+    std::string realHome;
 
     // The model, made on first use from what the support folder holds by then.
     AppModel& model();
@@ -57,6 +60,7 @@ public:
     void picture(const QString& file);
 
 private:
+    bool wasRendering = false;
     std::unique_ptr<AppModel> made;
     std::unique_ptr<Prefs> madePrefs;
     std::unique_ptr<QQmlEngine> engine;

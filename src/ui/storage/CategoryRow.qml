@@ -65,8 +65,7 @@ Item {
                         Layout.fillWidth: true
                         spacing: Metrics.gap
                         UiText {
-                            Layout.maximumWidth: implicitWidth
-                            Layout.fillWidth: true
+                            // Keeps its length and yields only when the row is too narrow.
                             text: root.title
                             font.pixelSize: Metrics.emphasis
                             font.weight: Font.DemiBold
@@ -111,7 +110,9 @@ Item {
                 }
                 IconButton {
                     objectName: "openFolder"
-                    visible: root.folder !== ""
+                    // Keeps its place when absent, so the sizes of all rows stand in one column.
+                    opacity: root.folder !== "" ? 1 : 0
+                    enabled: root.folder !== ""
                     symbol: "arrow.up.forward.app"
                     tip: Words.say("Open %1 in Finder").arg(root.title)
                     onClicked: FileManager.open(root.folder)

@@ -47,7 +47,6 @@ Item {
                 font.pixelSize: Metrics.small
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone
-                maximumLineCount: 2
             }
         }
         ColumnLayout {

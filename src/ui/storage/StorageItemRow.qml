@@ -44,16 +44,35 @@ Item {
                 font.weight: Font.Medium
                 elide: Text.ElideMiddle
             }
-            UiText {
+            // The folder yields to the date: "changed Nov 14" says more than the middle of a path.
+            RowLayout {
+                id: where
                 Layout.fillWidth: true
-                visible: text !== ""
-                text: [root.detail, root.date].filter(s => s !== "").join("  ·  ")
-                color: Palette.text3
-                font.pixelSize: Metrics.small
-                elide: Text.ElideMiddle
+                visible: root.detail !== "" || root.date !== ""
+                spacing: 0
+                UiText {
+                    objectName: "detail"
+                    visible: root.detail !== ""
+                    Layout.preferredWidth: Math.min(implicitWidth, Math.max(90, where.width - (when.visible ? when.implicitWidth : 0)))
+                    text: root.detail
+                    color: Palette.text3
+                    font.pixelSize: Metrics.small
+                    elide: Text.ElideMiddle
+                }
+                UiText {
+                    id: when
+                    objectName: "date"
+                    Layout.fillWidth: true
+                    visible: root.date !== ""
+                    text: (root.detail !== "" ? "  ·  " : "") + root.date
+                    color: Palette.text3
+                    font.pixelSize: Metrics.small
+                }
             }
         }
         SizeBar {
+            // In a narrow column the names and dates need the room more than the bar.
+            visible: root.width >= 480
             Layout.preferredWidth: 70
             Layout.alignment: Qt.AlignVCenter
             value: root.bytes

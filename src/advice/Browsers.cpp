@@ -29,7 +29,7 @@ public:
     std::optional<TimePoint> changed(const std::string& path) const override {
         struct stat st {};
         if (stat(path.c_str(), &st) != 0) return std::nullopt;
-        return Clock::from_time_t(st.st_ctim.tv_sec);
+        return fileDate(st.st_ctim, Clock::now());
     }
 };
 

@@ -16,17 +16,28 @@ constexpr long btrfsMagic = 0x9123683E;
 constexpr long xfsMagic = 0x58465342;
 constexpr long bcachefsMagic = 0xCA451A4E;
 constexpr unsigned extentsPerCall = 128;
-} // namespace
 
-bool canShare(const char* path) {
-    struct statfs info {};
-    if (statfs(path, &info) != 0) return false;
+bool sharingType(const struct statfs& info) {
     long type = static_cast<long>(info.f_type);
     return type == btrfsMagic || type == xfsMagic || type == bcachefsMagic;
 }
 
-std::optional<int64_t> unsharedBytes(const char* path) {
-    int fd = open(path, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+} // namespace
+
+bool canShare(const char* path) {
+    struct statfs info {};
+    return statfs(path, &info) == 0 && sharingType(info);
+}
+
+bool canShareAt(int fd) {
+    struct statfs info {};
+    return fstatfs(fd, &info) == 0 && sharingType(info);
+}
+
+std::optional<int64_t> unsharedBytes(const char* path) { return unsharedBytesAt(AT_FDCWD, path); }
+
+std::optional<int64_t> unsharedBytesAt(int at, const char* name) {
+    int fd = openat(at, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (fd < 0) return std::nullopt;
     std::vector<unsigned char> buffer(sizeof(fiemap) + extentsPerCall * sizeof(fiemap_extent));
     auto* map = reinterpret_cast<fiemap*>(buffer.data());

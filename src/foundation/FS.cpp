@@ -117,19 +117,19 @@ std::optional<std::string> readLink(const std::string& path) {
     return std::string(buf, static_cast<std::size_t>(n));
 }
 
-std::optional<TimePoint> mtime(const std::string& path) {
+std::optional<TimePoint> mtime(const std::string& path, TimePoint now) {
     struct stat st {};
     if (lstat(path.c_str(), &st) != 0) return std::nullopt;
-    return Clock::from_time_t(st.st_mtim.tv_sec);
+    return fileDate(st.st_mtim, now);
 }
 
-std::optional<TimePoint> birthTime(const std::string& path) {
+std::optional<TimePoint> birthTime(const std::string& path, TimePoint now) {
     struct statx sx {};
     if (statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_BTIME | STATX_MTIME, &sx) == 0) {
-        if (sx.stx_mask & STATX_BTIME) return Clock::from_time_t(sx.stx_btime.tv_sec);
-        if (sx.stx_mask & STATX_MTIME) return Clock::from_time_t(sx.stx_mtime.tv_sec);
+        if (sx.stx_mask & STATX_BTIME) return fileDate(sx.stx_btime, now);
+        if (sx.stx_mask & STATX_MTIME) return fileDate(sx.stx_mtime, now);
     }
-    return mtime(path);
+    return mtime(path, now);
 }
 
 std::optional<int64_t> privateSize(const std::string& path) {
@@ -175,20 +175,6 @@ std::string extension(std::string_view path) {
     auto dot = name.rfind('.');
     if (dot == std::string::npos || dot == 0) return "";
     return Text::lower(std::string_view(name).substr(dot + 1));
-}
-
-void walk(const std::string& root, int options, const std::function<bool()>& stop,
-          const std::function<void(FTS*, FTSENT*)>& body) {
-    std::string copy = root;
-    char* roots[] = {copy.data(), nullptr};
-    FTS* fts = fts_open(roots, options, nullptr);
-    if (!fts) return;
-    std::size_t count = 0;
-    while (FTSENT* e = fts_read(fts)) {
-        if (stop && (++count % 256 == 0) && stop()) break;
-        body(fts, e);
-    }
-    fts_close(fts);
 }
 
 } // namespace FS

@@ -6,10 +6,7 @@
 #include "foundation/ScanToken.h"
 #include "foundation/Time.h"
 
-#include <fts.h>
-
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,9 +40,10 @@ namespace FS {
 [[nodiscard]] std::vector<std::string> sortedChildren(const std::string& path); // ascending by bytes
 // The target of a symbolic link; absent when it is none or cannot be read.
 [[nodiscard]] std::optional<std::string> readLink(const std::string& path);
-[[nodiscard]] std::optional<TimePoint> mtime(const std::string& path);    // whole seconds, by lstat
+// The modification date, by lstat, as `fileDate` reads it: one ahead of `now` counts as `now`.
+[[nodiscard]] std::optional<TimePoint> mtime(const std::string& path, TimePoint now = Clock::now());
 // When the file came into being: the birth time where the file system keeps it, else its mtime.
-[[nodiscard]] std::optional<TimePoint> birthTime(const std::string& path);
+[[nodiscard]] std::optional<TimePoint> birthTime(const std::string& path, TimePoint now = Clock::now());
 // Bytes that freeing this one file would give back, where the file system can tell (blocks
 // shared by reflinks or snapshots are left out); absent where it cannot or on failure.
 [[nodiscard]] std::optional<int64_t> privateSize(const std::string& path);
@@ -55,11 +53,6 @@ namespace FS {
 [[nodiscard]] std::string lastComponent(std::string_view path);
 [[nodiscard]] std::string parent(std::string_view path);
 [[nodiscard]] std::string extension(std::string_view path); // lower-cased, without the dot
-
-// One fts walk over `root`. `stop` is asked every 256 entries and ends the walk when true.
-// `body` may call fts_set on the entry to skip it.
-void walk(const std::string& root, int options, const std::function<bool()>& stop,
-          const std::function<void(FTS*, FTSENT*)>& body);
 
 // Bytes that clearing `paths` would free, with hard links counted once across all of them and
 // links held outside put in `shared`. A cancelled token ends each walk early (partial figure).

@@ -1,6 +1,7 @@
 #include "foundation/JsonRead.h"
 
 #include <cmath>
+#include <limits>
 
 namespace JsonRead {
 
@@ -35,7 +36,15 @@ int64_t integer(const json& v) {
 
 double number(const json& v) {
     if (!v.is_number()) throw Invalid();
-    return v.get<double>();
+    double d = v.get<double>();
+    if (!std::isfinite(d)) throw Invalid();
+    return d;
+}
+
+int count(const json& v) {
+    int64_t n = integer(v);
+    if (n < 0 || n > std::numeric_limits<int>::max()) throw Invalid();
+    return static_cast<int>(n);
 }
 
 bool boolean(const json& v) {
@@ -48,12 +57,13 @@ const json& array(const json& v) {
     return v;
 }
 
-TimePoint date(const json& v) { return fromSeconds(number(v)); }
+std::optional<TimePoint> date(const json& v) { return storedDate(number(v)); }
 
 std::map<std::string, TimePoint> dates(const json& v) {
     if (!v.is_object()) throw Invalid();
     std::map<std::string, TimePoint> out;
-    for (const auto& [k, d] : v.items()) out[k] = date(d);
+    for (const auto& [k, d] : v.items())
+        if (auto when = date(d)) out[k] = *when;
     return out;
 }
 

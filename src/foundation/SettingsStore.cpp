@@ -4,10 +4,27 @@
 #include "foundation/FS.h"
 
 SettingsStore::SettingsStore(std::string file) : path(std::move(file)) {
-    if (auto text = FS::readText(path, 16 << 20)) {
-        auto parsed = nlohmann::json::parse(*text, nullptr, /*allow_exceptions=*/false);
-        if (parsed.is_object()) values = std::move(parsed);
-    }
+    if (auto text = FS::readText(path, readLimit + 1)) values = decode(*text);
+}
+
+nlohmann::json SettingsStore::decode(std::string_view text) {
+    if (text.size() > readLimit) return nlohmann::json::object();
+    // Copying and writing a value recurse once per level: a file nested a million deep would
+    // end the program at the next save, so such a file reads as empty instead.
+    bool tooDeep = false;
+    auto parsed = nlohmann::json::parse(
+        text,
+        [&](int depth, nlohmann::json::parse_event_t, nlohmann::json&) {
+            if (depth > maxDepth) tooDeep = true;
+            return true;
+        },
+        /*allow_exceptions=*/false);
+    if (tooDeep || !parsed.is_object()) return nlohmann::json::object();
+    return parsed;
+}
+
+std::string SettingsStore::encode(const nlohmann::json& v) {
+    return v.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 std::optional<nlohmann::json> SettingsStore::value(const std::string& key) const {
@@ -41,5 +58,5 @@ bool SettingsStore::remove(const std::string& key) {
 }
 
 bool SettingsStore::save() const {
-    return AtomicFile::write(path, values.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
+    return AtomicFile::write(path, encode(values));
 }

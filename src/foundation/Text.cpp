@@ -38,9 +38,9 @@ std::size_t validSequence(std::string_view s, std::size_t i) {
     return need + 1;
 }
 
-} // namespace
-
-std::string repairUtf8(std::string_view s) {
+// The text with each invalid byte as U+FFFD and each valid sequence as `shown` gives it.
+template <typename Shown>
+std::string repaired(std::string_view s, Shown shown) {
     std::string out;
     out.reserve(s.size());
     std::size_t i = 0;
@@ -50,11 +50,17 @@ std::string repairUtf8(std::string_view s) {
             out += "\xEF\xBF\xBD";
             ++i;
         } else {
-            out.append(s.substr(i, n));
+            shown(out, s.substr(i, n));
             i += n;
         }
     }
     return out;
+}
+
+} // namespace
+
+std::string repairUtf8(std::string_view s) {
+    return repaired(s, [](std::string& out, std::string_view sequence) { out.append(sequence); });
 }
 
 bool isValidUtf8(std::string_view s) {
@@ -65,6 +71,39 @@ bool isValidUtf8(std::string_view s) {
         i += n;
     }
     return true;
+}
+
+namespace {
+
+// A code point that drives the terminal or the direction of the text rather than showing.
+bool shownAsEscape(char32_t c) {
+    return c < 0x20 || c == 0x7F || (c >= 0x80 && c <= 0x9F) || c == 0x061C || c == 0x200E || c == 0x200F ||
+           (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
+// The code point of one valid sequence.
+char32_t decode(std::string_view s) {
+    auto b = [&](std::size_t k) { return static_cast<char32_t>(static_cast<unsigned char>(s[k])); };
+    const std::size_t n = s.size();
+    if (n == 1) return b(0);
+    if (n == 2) return ((b(0) & 0x1F) << 6) | (b(1) & 0x3F);
+    if (n == 3) return ((b(0) & 0x0F) << 12) | ((b(1) & 0x3F) << 6) | (b(2) & 0x3F);
+    return ((b(0) & 0x07) << 18) | ((b(1) & 0x3F) << 12) | ((b(2) & 0x3F) << 6) | (b(3) & 0x3F);
+}
+
+} // namespace
+
+std::string visible(std::string_view s) {
+    return repaired(s, [](std::string& out, std::string_view sequence) {
+        char32_t c = decode(sequence);
+        if (!shownAsEscape(c)) out.append(sequence);
+        else if (c == '\n') out += "\\n";
+        else if (c == '\r') out += "\\r";
+        else if (c == '\t') out += "\\t";
+        else if (c == 0x1B) out += "\\e";
+        else if (c < 0x80) out += format("\\x%02x", static_cast<unsigned>(c));
+        else out += format("\\u%04x", static_cast<unsigned>(c));
+    });
 }
 
 namespace {
@@ -118,7 +157,7 @@ std::size_t graphemeCount(std::string_view utf8) {
 }
 
 std::string fit(std::string_view raw, std::size_t width) {
-    std::string text = repairUtf8(raw);
+    std::string text = visible(raw);
     auto bounds = graphemeBoundaries(text);
     std::size_t count = bounds.empty() ? 0 : bounds.size() - 1;
     if (count <= width) return text + std::string(width - count, ' ');

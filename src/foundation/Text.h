@@ -11,11 +11,19 @@ namespace Text {
 [[nodiscard]] std::string repairUtf8(std::string_view bytes);
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 
+// A name as a report prints it to a terminal: invalid UTF-8 becomes U+FFFD, and every
+// character that would move the cursor, change colours or turn the text around is shown as a
+// visible escape instead: C0 controls and DEL ("\n", "\r", "\t", "\e", else "\x7f"), C1
+// controls ("\u009b"), and the bidirectional overrides, isolates and line separators
+// ("\u202e"). Backslashes stand as they are, so the result passes through again unchanged.
+[[nodiscard]] std::string visible(std::string_view bytes);
+
 // Number of user-perceived characters (extended grapheme clusters).
 [[nodiscard]] std::size_t graphemeCount(std::string_view utf8);
 
 // Fits a text to exactly `width` characters: shorter ones are padded with blanks on the right,
-// longer ones cut to width-1 characters followed by "…".
+// longer ones cut to width-1 characters followed by "…". The text is made `visible` first, so
+// the width counts what the terminal shows.
 [[nodiscard]] std::string fit(std::string_view utf8, std::size_t width);
 
 // Trims blanks, tabs, carriage returns and line feeds from both ends.

@@ -4,26 +4,27 @@
 #include "foundation/Text.h"
 #include "history/Calendar.h"
 #include "foundation/BlockSharing.h"
+#include "foundation/Walker.h"
 #include "projects/ProjectGroups.h"
 #include "storage/LinkSet.h"
 
 #include <fcntl.h>
-#include <fts.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <deque>
 #include <map>
+#include <mutex>
 #include <set>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace Growth {
 
 namespace {
 
-constexpr int levels = 64;
 constexpr int deepest = 60;
 constexpr std::size_t dayCount = 14;
 
@@ -79,8 +80,10 @@ void nameChild(Ctx& c, const std::string& name, const StorageTables::GrowthChild
     }
 }
 
-bool holdsProjectMarker(const std::string& path) {
-    return FS::exists(path + "/.git") || FS::exists(path + "/package.json");
+bool holdsProjectMarker(const std::string& path, int fd) {
+    if (fd < 0) return FS::exists(path + "/.git") || FS::exists(path + "/package.json");
+    struct stat st {};
+    return fstatat(fd, ".git", &st, AT_SYMLINK_NOFOLLOW) == 0 || fstatat(fd, "package.json", &st, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 // What one counted key stands for, noted at first sight.
@@ -88,6 +91,136 @@ struct KeyFacts {
     GrowthBucket bucket = GrowthBucket::appData;
     std::string location;
     bool recorded = false;
+};
+
+// The context of the folders that share it, and the key their files are booked on, made once
+// per context rather than once per file.
+struct Level {
+    Ctx ctx;
+    std::string bookKey;
+};
+
+// What the walking threads share: the tables, the period, the contexts (never moved once made)
+// and the hard links met.
+struct Walking {
+    const StorageTables& tables;
+    const std::string& home;
+    int maxDepth;
+    const std::array<TimePoint, dayCount>& starts;
+    TimePoint periodStart;
+    TimePoint now; // a file dated later counts as made now
+    Dates dates;
+    const Progress& progress;
+    std::mutex lock;
+    std::deque<Level> levels; // under `lock`
+    std::atomic<int> folders{0};
+
+    // New files with several links: the one met first in path order is booked, whatever the
+    // order in which the threads meet them.
+    struct Sighting {
+        std::string path;
+        std::size_t day = 0;
+        int64_t bytes = 0;
+        const Level* owner = nullptr;
+    };
+    std::unordered_map<uint64_t, Sighting> linked; // under `lock`
+
+    void sight(uint64_t key, Sighting s) {
+        std::lock_guard guard(lock);
+        auto [it, made] = linked.try_emplace(key, s);
+        if (!made && s.path < it->second.path) it->second = std::move(s);
+    }
+
+    Walking(const StorageTables& t, const std::string& h, int depth, const std::array<TimePoint, dayCount>& s,
+            TimePoint start, TimePoint n, Dates d, const Progress& p)
+        : tables(t), home(h), maxDepth(depth), starts(s), periodStart(start), now(n), dates(d), progress(p) {}
+
+    const Level* add(Level level) {
+        std::lock_guard guard(lock);
+        return &levels.emplace_back(std::move(level));
+    }
+
+    void countFolder() {
+        int n = ++folders;
+        if (progress && n % 1000 == 0) {
+            std::lock_guard guard(lock);
+            progress(n);
+        }
+    }
+};
+
+// One thread's part of the walk: its own tables by day, merged when all are done.
+class Walk : public Walker::Visitor {
+public:
+    explicit Walk(Walking& s) : shared(s) {}
+
+    std::array<std::unordered_map<std::string, int64_t>, dayCount> days;
+    std::unordered_map<std::string, KeyFacts> facts;
+
+    bool admit(const Walker::Entry& e) override { return e.level < deepest; }
+
+    std::optional<Walker::Enter> folder(const Walker::Entry& e, int fd) override {
+        shared.countFolder();
+        const Level* parent = levelOf(e.tag);
+        if (e.level == 0) return Walker::Enter{e.tag};
+        if (e.error || e.mountPoint) return std::nullopt;
+        const std::string path = e.path();
+        std::optional<std::string> relative;
+        if (e.level <= shared.maxDepth) relative = relativeTo(path);
+        auto c = enter(parent->ctx, path, std::string(e.name), relative, shared.tables, fd);
+        if (!c) return std::nullopt;
+        if (*c == parent->ctx) return Walker::Enter{e.tag};
+        std::string key = c->project ? "proj|" + std::to_string(c->kind) + "|" + *c->project : c->key.value_or("place|Other");
+        return Walker::Enter{reinterpret_cast<uintptr_t>(shared.add(Level{std::move(*c), std::move(key)}))};
+    }
+
+    void other(const Walker::Entry& e) override {
+        if (e.level < 1 || e.level >= deepest) return;
+        const Walker::Stat& st = *e.stat;
+        if (!S_ISREG(st.mode)) return;
+        const bool byBirth = shared.dates == Dates::birth && st.hasBirth;
+        const int64_t seconds = byBirth ? st.born : st.modified;
+        const uint32_t nanos = byBirth ? st.bornNanos : st.modifiedNanos;
+        TimePoint birth = fileDate(seconds, nanos, shared.now);
+        if (birth < shared.periodStart) return;
+        int64_t bytes = st.bytes;
+        if (bytes <= 0) return;
+        auto known = sharing.find(st.device);
+        if (known == sharing.end()) known = sharing.emplace(st.device, BlockSharing::canShareAt(e.at)).first;
+        if (known->second) {
+            // A clone of an old file is new by its date but shares all its blocks.
+            if (auto own = BlockSharing::unsharedBytesAt(e.at, std::string(e.name).c_str())) {
+                if (*own <= 0) return;
+                bytes = std::min(bytes, *own);
+            }
+        }
+        std::size_t day = 0;
+        for (std::size_t i = 0; i < dayCount; ++i)
+            if (shared.starts[i] <= birth) day = i;
+        const Level* owner = levelOf(e.tag);
+        if (st.links > 1) shared.sight(LinkSet::key(st.inode, st.device), {e.path(), day, bytes, owner});
+        else book(owner, day, bytes);
+    }
+
+    void book(const Level* owner, std::size_t day, int64_t bytes) {
+        if (!owner->ctx.project) {
+            KeyFacts& f = facts[owner->bookKey];
+            if (!f.recorded) f = KeyFacts{owner->ctx.bucket, owner->ctx.location, true};
+        }
+        days[day][owner->bookKey] += bytes;
+    }
+
+private:
+    Walking& shared;
+    std::unordered_map<uint64_t, bool> sharing; // whether a device can share blocks, asked once each
+
+    static const Level* levelOf(uintptr_t tag) { return reinterpret_cast<const Level*>(tag); }
+
+    std::string relativeTo(const std::string& path) const {
+        const std::string& home = shared.home;
+        if (home == "/") return path.substr(1);
+        return path.size() > home.size() ? path.substr(home.size() + 1) : std::string();
+    }
 };
 
 bool bigger(const GrowthPlace& a, const GrowthPlace& b) {
@@ -107,7 +240,7 @@ std::string pretty(std::string_view name) {
 }
 
 std::optional<Ctx> enter(const Ctx& parent, const std::string& path, const std::string& name,
-                         const std::optional<std::string>& relative, const StorageTables& t) {
+                         const std::optional<std::string>& relative, const StorageTables& t, int fd) {
     Ctx c = parent;
     if (parent.project) {
         if (name == "node_modules") c.kind = std::max(parent.kind, 1);
@@ -127,7 +260,7 @@ std::optional<Ctx> enter(const Ctx& parent, const std::string& path, const std::
                 nameChild(c, name, rule->second, t);
         }
     }
-    if (c.bucket == GrowthBucket::files && !c.project && holdsProjectMarker(path)) {
+    if (c.bucket == GrowthBucket::files && !c.project && holdsProjectMarker(path, fd)) {
         c.project = path;
         c.kind = 0;
         c.bucket = GrowthBucket::projects;
@@ -148,89 +281,30 @@ GrowthReport scan(const Layout& layout, TimePoint now, const Progress& progress,
         auto s = first ? Calendar::dayStart(*first, static_cast<int>(i)) : std::nullopt;
         starts[i] = s ? *s : addSeconds(first.value_or(now), 86400.0 * static_cast<double>(i));
     }
-    const TimePoint periodStart = first.value_or(now);
 
     int maxDepth = 0;
     for (const auto& [rel, rule] : t.growthPlaces) maxDepth = std::max(maxDepth, depthOf(rel));
     for (const auto& [rel, rule] : t.growthChildren) maxDepth = std::max(maxDepth, depthOf(rel) + 1);
 
+    Walking shared(t, home, maxDepth, starts, first.value_or(now), now, dates, progress);
+    Ctx top;
+    top.location = "~";
+    Walker::Root root{home, reinterpret_cast<uintptr_t>(shared.add(Level{top, "place|Other"}))};
+    Walker::Options options;
+    options.need = Walker::Need::birth;
+    auto walks = Walker::walk<Walk>({root}, options, [&] { return std::make_unique<Walk>(shared); });
+    for (const auto& [key, s] : shared.linked) walks.front()->book(s.owner, s.day, s.bytes);
+
     std::array<std::unordered_map<std::string, int64_t>, dayCount> days;
     std::unordered_map<std::string, KeyFacts> facts;
-    std::unordered_set<uint64_t> seenLinks;
-    std::unordered_map<dev_t, bool> sharing; // whether a device can share blocks, asked once each
-    std::vector<Ctx> ctx(levels);
-    ctx[0].location = "~";
-    // The booking key of each level, made once per folder rather than once per file.
-    std::vector<std::string> bookKey(levels, "place|Other");
-    int folders = 0;
-
-    std::string root = home;
-    char* roots[] = {root.data(), nullptr};
-    FTS* fts = fts_open(roots, FTS_PHYSICAL | FTS_XDEV | FTS_NOCHDIR | FTS_NOSTAT, nullptr);
-    if (fts) {
-        while (FTSENT* e = fts_read(fts)) {
-            const int level = e->fts_level;
-            if (level >= deepest) {
-                if (e->fts_info == FTS_D) fts_set(fts, e, FTS_SKIP);
-                continue;
-            }
-            if (e->fts_info == FTS_D) {
-                if (progress && ++folders % 1000 == 0) progress(folders);
-                if (level == 0) continue;
-                std::string path(e->fts_path, e->fts_pathlen);
-                std::optional<std::string> relative;
-                if (level <= maxDepth) relative = path.substr(home.size() + 1);
-                auto c = enter(ctx[level - 1], path, e->fts_name, relative, t);
-                if (!c) {
-                    fts_set(fts, e, FTS_SKIP);
-                    continue;
-                }
-                ctx[level] = std::move(*c);
-                const Ctx& here = ctx[level];
-                if (here.project)
-                    bookKey[level] = "proj|" + std::to_string(here.kind) + "|" + *here.project;
-                else
-                    bookKey[level] = here.key.value_or("place|Other");
-                continue;
-            }
-            if (e->fts_info != FTS_NSOK && e->fts_info != FTS_F) continue;
-            if (level < 1) continue;
-
-            struct statx sx {};
-            if (statx(AT_FDCWD, e->fts_accpath, AT_SYMLINK_NOFOLLOW,
-                      STATX_TYPE | STATX_NLINK | STATX_INO | STATX_BLOCKS | STATX_MTIME | STATX_BTIME, &sx) != 0)
-                continue;
-            if (!S_ISREG(sx.stx_mode)) continue;
-            const statx_timestamp& born =
-                dates == Dates::birth && (sx.stx_mask & STATX_BTIME) ? sx.stx_btime : sx.stx_mtime;
-            TimePoint birth = Clock::from_time_t(born.tv_sec) +
-                              std::chrono::duration_cast<Clock::duration>(std::chrono::nanoseconds(born.tv_nsec));
-            if (birth < periodStart) continue;
-            dev_t device = makedev(sx.stx_dev_major, sx.stx_dev_minor);
-            if (sx.stx_nlink > 1 && !seenLinks.insert(LinkSet::key(sx.stx_ino, device)).second) continue;
-            int64_t bytes = static_cast<int64_t>(sx.stx_blocks) * 512;
-            if (bytes <= 0) continue;
-            auto known = sharing.find(device);
-            if (known == sharing.end()) known = sharing.emplace(device, BlockSharing::canShare(e->fts_accpath)).first;
-            if (known->second) {
-                // A clone of an old file is new by its date but shares all its blocks.
-                if (auto own = BlockSharing::unsharedBytes(e->fts_accpath)) {
-                    if (*own <= 0) continue;
-                    bytes = std::min(bytes, *own);
-                }
-            }
-            std::size_t day = 0;
-            for (std::size_t i = 0; i < dayCount; ++i)
-                if (starts[i] <= birth) day = i;
-            const Ctx& owner = ctx[level - 1];
-            const std::string& key = bookKey[level - 1];
-            if (!owner.project) {
-                KeyFacts& f = facts[key];
-                if (!f.recorded) f = KeyFacts{owner.bucket, owner.location, true};
-            }
-            days[day][key] += bytes;
+    for (const auto& w : walks) {
+        for (std::size_t i = 0; i < dayCount; ++i)
+            for (const auto& [key, bytes] : w->days[i]) days[i][key] += bytes;
+        // A key met in several places by several threads keeps one of them, the same every run.
+        for (const auto& [key, f] : w->facts) {
+            auto [it, made] = facts.try_emplace(key, f);
+            if (!made && f.location < it->second.location) it->second = f;
         }
-        fts_close(fts);
     }
 
     // Project labels: a workspace's name for sibling apps of one workspace, else the folder's.

@@ -35,8 +35,8 @@ enum class Dates {
 
 using Progress = std::function<void(int folders)>;
 
-// Walks the host's home folder; cannot be cancelled. `progress` gets the number of folders
-// seen at every 1,000th folder.
+// Walks the host's home folder on every core; cannot be cancelled. `progress` gets the number of
+// folders seen at every 1,000th folder, from whichever walking thread reached it.
 [[nodiscard]] GrowthReport scan(TimePoint now, const Progress& progress = {});
 [[nodiscard]] GrowthReport scan(const Layout& layout, TimePoint now, const Progress& progress = {},
                                 Dates dates = Dates::birth);
@@ -45,8 +45,10 @@ using Progress = std::function<void(int folders)>;
 [[nodiscard]] std::string pretty(std::string_view name);
 
 // The Ctx of a folder named `name` at `level` (1 or deeper), whose path below the home folder is
-// `relative`, from its parent's. Absent when the folder and all it holds are left out.
+// `relative`, from its parent's. Absent when the folder and all it holds are left out. `folder`,
+// where given, is the folder's open handle, to look inside it without its path.
 [[nodiscard]] std::optional<Ctx> enter(const Ctx& parent, const std::string& path, const std::string& name,
-                                       const std::optional<std::string>& relative, const StorageTables& tables);
+                                       const std::optional<std::string>& relative, const StorageTables& tables,
+                                       int folder = -1);
 
 } // namespace Growth

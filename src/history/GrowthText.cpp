@@ -17,12 +17,13 @@ std::string text(const GrowthReport& report, double seconds) {
             line += std::string("  ") + bucketNames[b] + " " + Fmt::bytes(day.buckets[b]);
         out += line + "\n";
         for (std::size_t i = 0; i < day.top.size() && i < 3; ++i)
-            out += "        " + Text::fit(Fmt::bytes(day.top[i].bytes), 10) + day.top[i].name + "  · " +
-                   day.top[i].location + "\n";
+            out += "        " + Text::fit(Fmt::bytes(day.top[i].bytes), 10) + Text::visible(day.top[i].name) +
+                   "  · " + Text::visible(day.top[i].location) + "\n";
     }
     out += "\nBiggest in 14 days (" + Fmt::bytes(report.total()) + " in all):\n";
     for (const auto& place : report.biggest)
-        out += Text::fit(Fmt::bytes(place.bytes), 10) + place.name + "  · " + place.location + "\n";
+        out += Text::fit(Fmt::bytes(place.bytes), 10) + Text::visible(place.name) + "  · " +
+               Text::visible(place.location) + "\n";
     out += Text::format("\ntook %.1f s\n", seconds);
     return out;
 }

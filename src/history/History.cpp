@@ -2,111 +2,14 @@
 
 #include "foundation/AtomicFile.h"
 #include "foundation/FS.h"
-#include "foundation/JsonRead.h"
+#include "foundation/Rendering.h"
 #include "foundation/Support.h"
 #include "foundation/Text.h"
-#include "foundation/Rendering.h"
 #include "history/Calendar.h"
+#include "history/HistoryFile.h"
 
+#include <algorithm>
 #include <cmath>
-
-#include <nlohmann/json.hpp>
-
-#include <stdexcept>
-
-using nlohmann::json;
-
-namespace {
-
-using namespace JsonRead;
-
-json encodePlace(const GrowthPlace& p) {
-    return json{{"name", p.name}, {"location", p.location}, {"bytes", p.bytes}, {"bucket", GrowthBuckets::raw(p.bucket)}};
-}
-
-GrowthPlace decodePlace(const json& j) {
-    GrowthPlace p;
-    p.name = text(need(j, "name"));
-    p.location = text(need(j, "location"));
-    p.bytes = integer(need(j, "bytes"));
-    auto bucket = GrowthBuckets::fromRaw(integer(need(j, "bucket")));
-    if (!bucket) throw Invalid();
-    p.bucket = *bucket;
-    return p;
-}
-
-json encodeGrowth(const GrowthReport& g) {
-    json days = json::array(), biggest = json::array();
-    for (const auto& d : g.days) {
-        json top = json::array();
-        for (const auto& p : d.top) top.push_back(encodePlace(p));
-        days.push_back(json{{"date", secondsSince1970(d.date)}, {"buckets", d.buckets}, {"top", top}});
-    }
-    for (const auto& p : g.biggest) biggest.push_back(encodePlace(p));
-    return json{{"made", secondsSince1970(g.made)}, {"days", days}, {"biggest", biggest}};
-}
-
-GrowthReport decodeGrowth(const json& j) {
-    GrowthReport g;
-    g.made = date(need(j, "made"));
-    for (const auto& d : array(need(j, "days"))) {
-        GrowthDay day;
-        day.date = date(need(d, "date"));
-        const json& buckets = array(need(d, "buckets"));
-        if (buckets.size() != day.buckets.size()) throw Invalid();
-        for (std::size_t i = 0; i < day.buckets.size(); ++i) day.buckets[i] = integer(buckets[i]);
-        for (const auto& p : array(need(d, "top"))) day.top.push_back(decodePlace(p));
-        g.days.push_back(std::move(day));
-    }
-    for (const auto& p : array(need(j, "biggest"))) g.biggest.push_back(decodePlace(p));
-    return g;
-}
-
-} // namespace
-
-std::string History::encode(const HistoryData& d) {
-    json samples = json::array(), cleans = json::array();
-    for (const auto& s : d.samples)
-        samples.push_back(json{{"date", secondsSince1970(s.date)}, {"free", s.free}, {"swap", s.swap}});
-    for (const auto& c : d.cleans)
-        cleans.push_back(json{{"date", secondsSince1970(c.date)}, {"freed", c.freed}, {"label", c.label}});
-    json j{{"samples", samples}, {"cleans", cleans}, {"snoozed", encodeDates(d.snoozed)}, {"alerted", encodeDates(d.alerted)}};
-    if (d.growth) j["growth"] = encodeGrowth(*d.growth);
-    if (d.restartReminder) j["restartReminder"] = secondsSince1970(*d.restartReminder);
-    if (d.cacheClears) {
-        json clears = json::object();
-        for (const auto& [id, c] : *d.cacheClears) clears[id] = json{{"date", secondsSince1970(c.date)}, {"size", c.size}};
-        j["cacheClears"] = clears;
-    }
-    if (d.fastRefill) j["fastRefill"] = encodeDates(*d.fastRefill);
-    return j.dump(-1, ' ', false, json::error_handler_t::replace);
-}
-
-std::optional<HistoryData> History::decode(const std::string& content) {
-    json j = json::parse(content, nullptr, false);
-    if (j.is_discarded() || !j.is_object()) return std::nullopt;
-    try {
-        HistoryData d;
-        for (const auto& s : array(need(j, "samples")))
-            d.samples.push_back(FreeSample{date(need(s, "date")), integer(need(s, "free")), integer(need(s, "swap"))});
-        for (const auto& c : array(need(j, "cleans")))
-            d.cleans.push_back(CleanRecord{date(need(c, "date")), integer(need(c, "freed")), text(need(c, "label"))});
-        d.snoozed = dates(need(j, "snoozed"));
-        d.alerted = dates(need(j, "alerted"));
-        if (auto v = maybe(j, "growth")) d.growth = decodeGrowth(*v);
-        if (auto v = maybe(j, "restartReminder")) d.restartReminder = date(*v);
-        if (auto v = maybe(j, "cacheClears")) {
-            if (!v->is_object()) throw Invalid();
-            std::map<std::string, CacheClear> clears;
-            for (const auto& [id, c] : v->items()) clears[id] = CacheClear{date(need(c, "date")), integer(need(c, "size"))};
-            d.cacheClears = std::move(clears);
-        }
-        if (auto v = maybe(j, "fastRefill")) d.fastRefill = dates(*v);
-        return d;
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
-}
 
 History& History::shared() {
     // There is no earlier name of the support folder on this platform to move from.
@@ -116,13 +19,16 @@ History& History::shared() {
 
 History::History(const std::string& folder) : url(folder + "/history.json") {
     (void)AtomicFile::makeFolders(folder);
-    if (auto content = FS::readText(url, 64 << 20))
-        if (auto decoded = decode(*content)) data = std::move(*decoded);
+    // One byte past the limit, so that a larger file is seen as such and refused.
+    if (auto content = FS::readText(url, HistoryFile::readLimit + 1))
+        if (auto decoded = HistoryFile::decode(*content)) data = std::move(*decoded);
 }
 
 void History::save() {
     if (Tools::rendering) return;
-    (void)AtomicFile::write(url, encode(data));
+    // Memory keeps what the file keeps.
+    data = HistoryFile::bounded(std::move(data));
+    (void)AtomicFile::write(url, HistoryFile::encode(data));
 }
 
 void History::recordFree(int64_t free, int64_t swap, TimePoint now) {

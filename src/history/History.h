@@ -5,7 +5,7 @@
 // All callers are on the main thread; there is no lock.
 #include "foundation/CleanItem.h"
 #include "foundation/Time.h"
-#include "history/GrowthReport.h"
+#include "history/HistoryData.h"
 #include "history/Pace.h"
 
 #include <cstdint>
@@ -13,38 +13,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-struct FreeSample {
-    TimePoint date{};
-    int64_t free = 0; // bytes free on the home volume
-    int64_t swap = 0; // bytes of swap in use then
-    friend bool operator==(const FreeSample&, const FreeSample&) = default;
-};
-
-struct CleanRecord {
-    TimePoint date{};
-    int64_t freed = 0;
-    std::string label;
-    friend bool operator==(const CleanRecord&, const CleanRecord&) = default;
-};
-
-struct CacheClear {
-    TimePoint date{};
-    int64_t size = 0; // the item's bytes when it was cleared
-    friend bool operator==(const CacheClear&, const CacheClear&) = default;
-};
-
-struct HistoryData {
-    std::vector<FreeSample> samples;             // oldest first
-    std::vector<CleanRecord> cleans;             // oldest first
-    std::map<std::string, TimePoint> snoozed;    // recommendation id to the end of its snooze
-    std::map<std::string, TimePoint> alerted;    // alert key to when it was last sent
-    std::optional<GrowthReport> growth;
-    std::optional<TimePoint> restartReminder;
-    std::optional<std::map<std::string, CacheClear>> cacheClears; // absent until first written
-    std::optional<std::map<std::string, TimePoint>> fastRefill;   // absent until first written
-    friend bool operator==(const HistoryData&, const HistoryData&) = default;
-};
 
 class History {
 public:
@@ -79,12 +47,9 @@ public:
     void markAlerted(const std::string& key, TimePoint now);
     void setGrowth(const GrowthReport& report);
     void setRestartReminder(std::optional<TimePoint> date);
-    // Writes the whole file atomically; nothing while screens are rendered. Failures are dropped.
+    // Cuts `data` to the file's caps and writes the whole file atomically; nothing while
+    // screens are rendered. Failures are dropped.
     void save();
-
-    // The file's text and back. Decoding gives nothing unless every required key is there.
-    [[nodiscard]] static std::string encode(const HistoryData& data);
-    [[nodiscard]] static std::optional<HistoryData> decode(const std::string& text);
 };
 
 // When a snooze ends: 06:00 of the next day on an ordinary day (the start of today plus 30

@@ -101,8 +101,8 @@ void fill(ProjectCard& card, const std::string& root, const Entry& entry, const 
     }
     if (item) keepLatest(card.lastChange, lastChange(item->note, r.now));
     if (!sub && !card.lastChange) {
-        card.lastChange = FS::mtime(root + "/.git/index");
-        if (!card.lastChange) card.lastChange = FS::mtime(root);
+        card.lastChange = FS::mtime(root + "/.git/index", r.now);
+        if (!card.lastChange) card.lastChange = FS::mtime(root, r.now);
     }
     if (item && !item->defaultOn && !item->lockedReason) card.recentlyChanged = true;
     if (running) card.running = true;
@@ -180,7 +180,7 @@ std::optional<TimePoint> localDate(std::tm parts) {
     parts.tm_isdst = -1;
     std::time_t t = std::mktime(&parts);
     if (t == static_cast<std::time_t>(-1)) return std::nullopt;
-    return Clock::from_time_t(t);
+    return storedDate(t);
 }
 
 std::tm localParts(TimePoint t) {

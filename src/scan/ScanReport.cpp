@@ -25,7 +25,7 @@ std::string line(const CleanItem& item) {
     out += Text::fit(item.location, 56);
     out += ' ';
     out += kindTag(item);
-    out += Text::repairUtf8(item.lockedReason ? *item.lockedReason : item.note);
+    out += Text::visible(item.lockedReason ? *item.lockedReason : item.note);
     return out;
 }
 
@@ -43,7 +43,7 @@ std::string text(const std::vector<CleanItem>& items, const DiskInfo& disk, doub
                             Fmt::bytes(total).c_str(), rows.size());
         for (const auto* r : rows) out += line(*r) + "\n";
     }
-    out += Text::format("\n%s: %s free of %s · scan took %.1f s\n", disk.name.c_str(), Fmt::bytes(disk.available).c_str(),
+    out += Text::format("\n%s: %s free of %s · scan took %.1f s\n", Text::visible(disk.name).c_str(), Fmt::bytes(disk.available).c_str(),
                         Fmt::bytes(disk.total).c_str(), seconds);
     return out;
 }

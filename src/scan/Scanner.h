@@ -65,8 +65,9 @@ public:
     [[nodiscard]] static std::vector<Candidate> mergeSameApp(std::vector<Candidate> candidates,
                                                              std::string_view mergedLocation = CleanItem::mergedLocation);
 
-    // The newest of the folder's own modification date and those of its first 300 entries.
-    [[nodiscard]] static std::optional<TimePoint> touched(const std::string& folder);
+    // The newest of the folder's own modification date and those of its first 300 entries; a
+    // date ahead of `now` counts as `now`.
+    [[nodiscard]] static std::optional<TimePoint> touched(const std::string& folder, TimePoint now);
     // When the app installed at `appPath` (its entry file) was last used, if anyone recorded it.
     [[nodiscard]] static std::optional<TimePoint> lastUsed(const std::string& appPath,
                                                            const AppBundles& apps = AppBundles::system());
@@ -129,6 +130,7 @@ private:
     // The size of a tree candidate whose paths all lie in the home, no link on the way; absent
     // when one does not.
     [[nodiscard]] std::optional<int64_t> measureInHome(const std::vector<std::string>& paths) const;
+    [[nodiscard]] std::vector<std::string> downloadNames(const std::string& folder, int64_t floor) const;
     void publish(bool force, const std::function<void(ScanProgress&)>& change);
     [[nodiscard]] bool cancelled() const { return cancel && cancel->isCancelled(); }
 

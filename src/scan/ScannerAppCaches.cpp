@@ -56,9 +56,9 @@ bool Scanner::runs(const std::vector<std::string>& appIds) const {
     });
 }
 
-std::optional<TimePoint> Scanner::touched(const std::string& folder) {
+std::optional<TimePoint> Scanner::touched(const std::string& folder, TimePoint now) {
     // Shallow on purpose: the folder itself and its first 300 entries tell enough.
-    auto newest = FS::mtime(folder);
+    auto newest = FS::mtime(folder, now);
     DIR* dir = opendir(folder.c_str());
     if (!dir) return newest;
     int seen = 0;
@@ -68,7 +68,7 @@ std::optional<TimePoint> Scanner::touched(const std::string& folder) {
         if (++seen > 300) break;
         struct stat st {};
         if (fstatat(dirfd(dir), e->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0) continue;
-        TimePoint t = Clock::from_time_t(st.st_mtim.tv_sec);
+        TimePoint t = fileDate(st.st_mtim, now);
         if (!newest || t > *newest) newest = t;
     }
     closedir(dir);
@@ -82,7 +82,7 @@ std::optional<TimePoint> Scanner::lastUsed(const std::string& appPath, const App
 }
 
 Scanner::Staleness Scanner::touchedKind(const std::string& folder) const {
-    auto t = touched(folder);
+    auto t = touched(folder, now);
     bool idle = t && secondsBetween(*t, now) > monthSeconds;
     return {idle ? CacheKind::idle : CacheKind::active, t};
 }

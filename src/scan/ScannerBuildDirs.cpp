@@ -5,60 +5,81 @@
 #include "foundation/Fmt.h"
 #include "foundation/HomeBound.h"
 #include "foundation/Text.h"
+#include "foundation/Walker.h"
 #include "scan/BuildFolders.h"
 #include "scan/Scanner.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <atomic>
 #include <map>
 
 std::vector<std::string> Scanner::findBuildDirs() {
-    const auto& t = layout.scan;
-    std::vector<std::string> found;
-    int checked = 0;
-    // No stat of files: entries come from the directory listings alone (the C library still
-    // stats each directory to report it), links are not followed, other volumes not entered.
+    // The walk lives off the folder listings alone: no file is asked for anything, links are not
+    // followed and other volumes not entered; every decision is made before a folder is opened.
     // The home folder itself may be reached through a link.
-    const int options = FTS_NOCHDIR | FTS_NOSTAT | FTS_PHYSICAL | FTS_XDEV | FTS_COMFOLLOW;
-    FS::walk(home, options, [this] { return cancelled(); }, [&](FTS* fts, FTSENT* e) {
-        if (e->fts_info != FTS_D || e->fts_level < 1) return;
-        ++checked;
-        if (checked % 500 == 0) publish(false, [&](ScanProgress& p) { p.checked = checked; });
-        auto skip = [&] { fts_set(fts, e, FTS_SKIP); };
-        if (e->fts_level >= 10) return skip();
-        std::string_view name(e->fts_name, e->fts_namelen);
-        if (e->fts_level == 1 && t.skipTop.contains(name)) return skip();
-        std::string path(e->fts_path, e->fts_pathlen);
-        if (t.buildDirNames.contains(name)) {
+    class Search : public Walker::Visitor {
+    public:
+        Search(Scanner& s, std::atomic<int>& c) : scanner(s), checked(c) {}
+        std::vector<std::string> found;
+
+        bool admit(const Walker::Entry& e) override {
+            const auto& t = scanner.layout.scan;
+            const int n = ++checked;
+            if (n % 500 == 0) scanner.publish(false, [n](ScanProgress& p) { p.checked = std::max(p.checked, n); });
+            if (e.level >= 10) return false;
+            const std::string_view name = e.name;
+            if (e.level == 1 && t.skipTop.contains(name)) return false;
+            if (t.buildDirNames.contains(name)) return record(e.path());
+            if (auto marked = t.markerDirs.find(name); marked != t.markerDirs.end())
+                for (const auto& marker : marked->second)
+                    if (fstatat(e.at, marker.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) return record(e.path());
+            if (name == BuildFolders::deployDir) {
+                const std::string output = std::string(name) + "/" + std::string(BuildFolders::deployOutput);
+                if (fstatat(e.at, output.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(st.st_mode))
+                    record(e.path() + "/" + std::string(BuildFolders::deployOutput));
+                return false;
+            }
+            // Hidden folders and single-document bundles are not walked.
+            if (name.starts_with(".")) return false;
+            return !t.bundleExts.contains(FS::extension(name));
+        }
+        std::optional<Walker::Enter> folder(const Walker::Entry&, int) override { return Walker::Enter{}; }
+        void other(const Walker::Entry&) override {}
+
+    private:
+        Scanner& scanner;
+        std::atomic<int>& checked;
+        struct stat st {};
+        bool record(std::string path) {
             found.push_back(std::move(path));
-            return skip();
+            return false;
         }
-        if (auto marked = t.markerDirs.find(name); marked != t.markerDirs.end()) {
-            std::string parent = path.substr(0, path.size() - name.size());
-            for (const auto& marker : marked->second)
-                if (FS::exists(parent + marker)) {
-                    found.push_back(std::move(path));
-                    return skip();
-                }
-        }
-        if (name == BuildFolders::deployDir) {
-            std::string output = path + "/" + std::string(BuildFolders::deployOutput);
-            if (FS::isDir(output)) found.push_back(std::move(output));
-            return skip();
-        }
-        // Hidden folders and single-document bundles are not walked.
-        if (name.starts_with(".")) return skip();
-        if (t.bundleExts.contains(FS::extension(name))) return skip();
-    });
-    publish(true, [&](ScanProgress& p) { p.checked = checked; });
+    };
+
+    std::atomic<int> checked{0};
+    Walker::Options options;
+    options.need = Walker::Need::names;
+    options.followRoot = true;
+    options.cancel = cancel.get();
+    std::vector<std::string> found;
+    for (auto& search : Walker::walk<Search>({{home, 0}}, options, [&] { return std::make_unique<Search>(*this, checked); }))
+        found.insert(found.end(), search->found.begin(), search->found.end());
+    // Threads find them in no set order; a sorted list keeps every report the same.
+    std::sort(found.begin(), found.end());
     // The walk follows no link, but a folder may have been swapped for one since it was met.
     std::erase_if(found, [&](const std::string& d) { return !HomeBound::admit(d, home); });
+    const int total = checked;
+    publish(true, [total](ScanProgress& p) { p.checked = total; });
     return found;
 }
 
 std::optional<TimePoint> Scanner::lastActivity(const std::string& root, const std::vector<std::string>& dirs) const {
     std::optional<TimePoint> newest;
     auto consider = [&](const std::string& path) {
-        if (auto m = FS::mtime(path); m && (!newest || *m > *newest)) newest = m;
+        if (auto m = FS::mtime(path, now); m && (!newest || *m > *newest)) newest = m;
     };
     std::set<std::string> left{".DS_Store", std::string(BuildFolders::deployDir)};
     for (const auto& d : dirs) left.insert(FS::lastComponent(d));

@@ -235,7 +235,7 @@ std::vector<Candidate> Scanner::developerData() {
             c.lastUsed = s.date;
         }
         if (row.keepWhenRecent)
-            if (auto used = touched(row.path); used && secondsBetween(*used, now) < monthSeconds) {
+            if (auto used = touched(row.path, now); used && secondsBetween(*used, now) < monthSeconds) {
                 c.defaultOn = false;
                 c.note += " · used " + Fmt::day(*used, now);
                 c.lastUsed = used;

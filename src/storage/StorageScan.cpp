@@ -2,22 +2,19 @@
 
 #include "foundation/DiskInfo.h"
 #include "foundation/FS.h"
-#include "foundation/Parallel.h"
+#include "foundation/Walker.h"
 #include "foundation/Text.h"
 #include "platform/FileOpened.h"
 
-#include <fts.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_map>
 
 namespace {
-
-int64_t allocated(const struct stat* st) { return static_cast<int64_t>(st->st_blocks) * 512; }
-
-TimePoint modifiedOf(const struct stat* st) { return Clock::from_time_t(st->st_mtim.tv_sec); }
 
 // The lower-cased extension of a name, without allocating for names that have none.
 bool packageName(const char* name, std::size_t length) {
@@ -40,151 +37,192 @@ bool biggerFirst(const BigFile& a, const BigFile& b) {
 
 } // namespace
 
-void StorageScan::walk(const Unit& unit) {
-    if (cancelled()) return;
-    maybeReport();
-    int64_t floor;
-    {
-        std::lock_guard guard(lock);
-        floor = bigFloor;
-    }
-    struct stat rootStat {};
-    bool exists = lstat(unit.path.c_str(), &rootStat) == 0;
-    bool isFolder = exists && S_ISDIR(rootStat.st_mode);
-
-    // Everything here is the walking thread's own until the merge.
+// What one thread measured of one unit, until it is merged.
+struct StorageScan::Tally {
     int64_t total = 0;
     int count = 0;
     int bad = 0;
-    std::vector<std::string> badPaths;
+    std::vector<std::string> badPaths; // the first of them, for the map to name
     std::vector<BigFile> found;
+    std::map<std::string, int64_t> projectBytes;
+    std::map<std::string, int64_t> fileRows; // a split folder's files, by name
+};
+
+// One thread's part of a walk. A folder's tag is the path of the project it lies in (or 0),
+// with the lowest bit set where it holds paths that other units own.
+class StorageScan::Walk : public Walker::Visitor {
+public:
+    Walk(StorageScan& s, const std::vector<const Unit*>& u) : scan(s), units(u) {
+        std::lock_guard guard(scan.lock);
+        floor = scan.bigFloor;
+    }
+
+    bool admit(const Walker::Entry& e) override {
+        // A split folder's folders are units of their own.
+        return !units[e.root]->split && !claimedHere(e);
+    }
+
+    std::optional<Walker::Enter> folder(const Walker::Entry& e, int fd) override {
+        if (e.level == 0 && !starting()) return std::nullopt;
+        if (e.level > 0 && !tick()) return std::nullopt;
+        const Unit& unit = *units[e.root];
+        Tally& t = tallyOf(e.root);
+        const Walker::Stat& st = *e.stat;
+        if (e.mountPoint) return std::nullopt; // another volume: not entered, nor its bytes
+        if (!unit.ownFilesOnly || st.owner == me) add(t, e.tag, st.bytes);
+        if (unit.split && e.level == 0 && !e.error)
+            return Walker::Enter{scan.claimParents.contains(unit.path) ? uintptr_t(1) : 0, false};
+        if (unit.selfOnly) return std::nullopt;
+        if (e.error) {
+            if (unit.countsUnreadable && ++t.bad <= int(StorageCategory::namedUnreadable))
+                t.badPaths.push_back(e.level == 0 ? unit.path : e.path());
+            return std::nullopt;
+        }
+        Walker::Enter enter;
+        const std::string* project = projectOf(e.tag);
+        if (packageName(e.name.data(), e.name.size())) {
+            packages.push_back({e.level, 0});
+            enter.together = true;
+        }
+        const auto& markers = scan.layout.storage.projectMarkers;
+        if (unit.findsProjects && !project && e.level < 5 && e.name != "node_modules" &&
+            std::any_of(markers.begin(), markers.end(), [&](const std::string& m) { return holds(fd, m.c_str()); })) {
+            std::lock_guard guard(scan.lock);
+            project = &scan.projectPaths.emplace_back(e.path());
+        }
+        enter.tag = reinterpret_cast<uintptr_t>(project);
+        if (scan.claimParents.contains(e.level == 0 ? std::string_view(unit.path) : std::string_view(e.path())))
+            enter.tag |= 1;
+        return enter;
+    }
+
+    void other(const Walker::Entry& e) override {
+        if (e.level == 0 && !starting()) return;
+        if (e.level > 0 && (!tick() || claimedHere(e))) return;
+        const Unit& unit = *units[e.root];
+        if (unit.split && e.level == 1) return splitFile(unit, e);
+        if (unit.selfOnly) return;
+        Tally& t = tallyOf(e.root);
+        const Walker::Stat& st = *e.stat;
+        if (unit.ownFilesOnly && st.owner != me) return;
+        if (S_ISREG(st.mode)) {
+            // Hard links: the first walk to meet the file owns its bytes.
+            if (st.links >= 2 && !scan.links.insert(LinkSet::key(st.inode, st.device))) return;
+            add(t, e.tag, st.bytes);
+            countFile(t);
+            if (st.bytes >= floor && packages.empty() && unit.kind != StorageKind::apps)
+                t.found.push_back(BigFile{std::string(e.name), e.path(), st.bytes, FileKinds::of(e.name),
+                                          projectOf(e.tag) ? StorageKind::projects : unit.kind,
+                                          fileDate(st.modified, st.modifiedNanos, scan.started), std::nullopt});
+            return;
+        }
+        add(t, e.tag, st.bytes);
+        countFile(t);
+    }
+
+    // A file of a split folder: a row of its own, as a unit of one file would be.
+    void splitFile(const Unit& unit, const Walker::Entry& e) {
+        if (!scan.splitsOff(*unit.split, unit.path, e.name)) return;
+        const Walker::Stat& st = *e.stat;
+        if (S_ISREG(st.mode) && st.links >= 2 && !scan.links.insert(LinkSet::key(st.inode, st.device))) return;
+        Tally& t = tallyOf(e.root);
+        if (st.bytes > 0) t.fileRows[std::string(e.name)] += st.bytes;
+        countFile(t);
+        if (S_ISREG(st.mode) && st.bytes >= floor && unit.kind != StorageKind::apps)
+            t.found.push_back(BigFile{std::string(e.name), e.path(), st.bytes, FileKinds::of(e.name), unit.kind,
+                                      fileDate(st.modified, st.modifiedNanos, scan.started), std::nullopt});
+    }
+
+    void leave(const Walker::Entry& e, uintptr_t) override {
+        if (packages.empty() || packages.back().level != e.level) return;
+        Package p = packages.back();
+        packages.pop_back();
+        const Unit& unit = *units[e.root];
+        if (p.bytes >= floor && unit.kind != StorageKind::apps) {
+            std::string path = e.path();
+            tallyOf(e.root).found.push_back(BigFile{std::string(e.name), path, p.bytes, FileKinds::of(path),
+                                                    projectOf(e.tag) ? StorageKind::projects : unit.kind,
+                                                    fileDate(e.stat->modified, e.stat->modifiedNanos, scan.started), std::nullopt});
+        }
+        if (!packages.empty()) packages.back().bytes += p.bytes;
+    }
+
+    // Hands what this thread measured to the scan.
+    void flush() {
+        for (auto& [i, tally] : tallies) scan.merge(*units[i], isFolder(i), tally);
+        tallies.clear();
+        sinceFlush = 0;
+    }
+
+    std::vector<char> folders; // per unit: 1 a folder, 0 not, -1 not known yet
+
+private:
     struct Package {
-        short level;
+        int level;
         int64_t bytes;
     };
-    struct Project {
-        short level;
-        std::string path;
-    };
-    std::vector<Package> packages;
-    std::vector<Project> projects;
-    std::map<std::string, int64_t> projectBytes;
 
-    auto add = [&](int64_t bytes) {
-        if (!projects.empty()) projectBytes[projects.back().path] += bytes;
-        else total += bytes;
-        if (!packages.empty()) packages.back().bytes += bytes;
-    };
-    auto category = [&] { return projects.empty() ? unit.kind : StorageKind::projects; };
-    auto countFile = [&] {
-        if (++count % 4096 == 0) {
-            std::lock_guard guard(lock);
-            floor = bigFloor;
-        }
-    };
-    auto leaveFolder = [&](FTSENT* e) {
-        if (!projects.empty() && projects.back().level == e->fts_level) projects.pop_back();
-        if (!packages.empty() && packages.back().level == e->fts_level) {
-            Package p = packages.back();
-            packages.pop_back();
-            if (p.bytes >= floor && unit.kind != StorageKind::apps)
-                found.push_back(BigFile{e->fts_name, e->fts_path, p.bytes, FileKinds::of(e->fts_path), category(),
-                                        modifiedOf(e->fts_statp), std::nullopt});
-            if (!packages.empty()) packages.back().bytes += p.bytes;
-        }
-    };
+    StorageScan& scan;
+    const std::vector<const Unit*>& units;
+    std::unordered_map<std::size_t, Tally> tallies; // by unit, only those this thread has met
+    std::vector<Package> packages; // open packages of the part this thread walks alone
+    int64_t floor = initialFloor;
+    std::size_t seen = 0;
+    std::size_t sinceFlush = 0;
+    const uid_t me = getuid();
 
-    if (unit.bytes) {
-        total = *unit.bytes;
-    } else if (exists) {
-        std::string root = unit.path;
-        char* roots[] = {root.data(), nullptr};
-        if (FTS* fts = fts_open(roots, FTS_PHYSICAL | FTS_XDEV | FTS_NOCHDIR, nullptr)) {
-            const dev_t device = rootStat.st_dev;
-            const uid_t me = getuid();
-            std::size_t seen = 0;
-            while (FTSENT* e = fts_read(fts)) {
-                if (++seen % 256 == 0) {
-                    if (cancelled()) break;
-                    maybeReport();
-                }
-                // A path some other unit or rule owns is left to it.
-                if (e->fts_level > 0 && e->fts_parent->fts_number == 1 &&
-                    claimed.contains(std::string_view(e->fts_path, e->fts_pathlen))) {
-                    if (e->fts_info == FTS_D) fts_set(fts, e, FTS_SKIP);
-                    continue;
-                }
-                const struct stat* st = e->fts_statp;
-                switch (e->fts_info) {
-                case FTS_D: {
-                    e->fts_number = claimParents.contains(std::string_view(e->fts_path, e->fts_pathlen)) ? 1 : 0;
-                    if (st->st_dev != device) break; // a mount point: fts does not go in, nor do its bytes
-                    if (!unit.ownFilesOnly || st->st_uid == me) add(allocated(st));
-                    if (packageName(e->fts_name, e->fts_namelen)) packages.push_back({e->fts_level, 0});
-                    if (unit.findsProjects && projects.empty() && e->fts_level < 5 &&
-                        std::strcmp(e->fts_name, "node_modules") != 0) {
-                        std::string path(e->fts_path, e->fts_pathlen);
-                        const auto& markers = layout.storage.projectMarkers;
-                        if (std::any_of(markers.begin(), markers.end(),
-                                        [&](const std::string& m) { return FS::exists(path + "/" + m); }))
-                            projects.push_back({e->fts_level, std::move(path)});
-                    }
-                    break;
-                }
-                case FTS_DNR:
-                    if (unit.countsUnreadable) {
-                        ++bad;
-                        if (badPaths.size() < StorageCategory::namedUnreadable) badPaths.emplace_back(e->fts_path, e->fts_pathlen);
-                    }
-                    leaveFolder(e);
-                    break;
-                case FTS_DP:
-                    leaveFolder(e);
-                    break;
-                case FTS_F: {
-                    if (unit.ownFilesOnly && st->st_uid != me) break;
-                    // Hard links: the first walk to meet the file owns its bytes.
-                    if (st->st_nlink >= 2 &&
-                        !links.insert(LinkSet::key(static_cast<uint64_t>(st->st_ino), static_cast<uint64_t>(st->st_dev))))
-                        break;
-                    int64_t bytes = allocated(st);
-                    add(bytes);
-                    countFile();
-                    if (bytes >= floor && packages.empty() && unit.kind != StorageKind::apps)
-                        found.push_back(BigFile{e->fts_name, e->fts_path, bytes, FileKinds::of(e->fts_name), category(),
-                                                modifiedOf(st), std::nullopt});
-                    break;
-                }
-                case FTS_SL:
-                case FTS_SLNONE:
-                case FTS_DEFAULT:
-                    if (unit.ownFilesOnly && st->st_uid != me) break;
-                    add(allocated(st));
-                    countFile();
-                    break;
-                case FTS_ERR:
-                    if (unit.countsUnreadable) {
-                        ++bad;
-                        if (badPaths.size() < StorageCategory::namedUnreadable) badPaths.emplace_back(e->fts_path, e->fts_pathlen);
-                    }
-                    leaveFolder(e);
-                    break;
-                default:
-                    break; // FTS_NS, FTS_DC, FTS_DOT
-                }
-            }
-            fts_close(fts);
-        }
+    static const std::string* projectOf(uintptr_t tag) { return reinterpret_cast<const std::string*>(tag & ~uintptr_t(1)); }
+
+    static bool holds(int fd, const char* name) {
+        struct stat st {};
+        return fd >= 0 && fstatat(fd, name, &st, AT_SYMLINK_NOFOLLOW) == 0;
     }
 
+    bool isFolder(std::size_t i) const { return folders.size() > i && folders[i] == 1; }
+
+    // A path some other unit or rule owns is left to it.
+    bool claimedHere(const Walker::Entry& e) const { return (e.tag & 1) && scan.claimed.contains(e.path()); }
+
+    // A unit starts: not once the walk is cancelled.
+    bool starting() {
+        if (scan.cancelled()) return false;
+        scan.maybeReport();
+        return true;
+    }
+
+    bool tick() {
+        if (++seen % 256 == 0) {
+            if (++sinceFlush >= 64) flush(); // what partial reports show
+            scan.maybeReport();
+        }
+        return true;
+    }
+
+    Tally& tallyOf(std::size_t root) { return tallies[root]; }
+
+    void add(Tally& t, uintptr_t tag, int64_t bytes) {
+        if (const std::string* project = projectOf(tag)) t.projectBytes[*project] += bytes;
+        else t.total += bytes;
+        if (!packages.empty()) packages.back().bytes += bytes;
+    }
+
+    void countFile(Tally& t) {
+        if (++t.count % 4096 == 0) {
+            std::lock_guard guard(scan.lock);
+            floor = scan.bigFloor;
+        }
+    }
+};
+
+void StorageScan::merge(const Unit& unit, bool isFolder, Tally& t) {
     std::lock_guard guard(lock);
-    totals[unit.kind] += total;
-    if (total > 0 || unit.kind == StorageKind::apps) {
+    totals[unit.kind] += t.total;
+    if (!unit.selfOnly && (t.total > 0 || unit.kind == StorageKind::apps)) {
         auto [it, made] = entries.try_emplace({unit.kind, unit.item});
         if (made) it->second = Entry{unit.kind, unit.name, unit.detail, 0, isFolder, unit.reveal};
-        it->second.bytes += total;
+        it->second.bytes += t.total;
     }
-    for (const auto& [path, bytes] : projectBytes) {
+    for (const auto& [path, bytes] : t.projectBytes) {
         totals[StorageKind::projects] += bytes;
         auto [it, made] = entries.try_emplace({StorageKind::projects, path});
         if (made)
@@ -192,18 +230,54 @@ void StorageScan::walk(const Unit& unit) {
                                true, std::nullopt};
         it->second.bytes += bytes;
     }
-    if (bad > 0) unreadable[unit.kind] += bad;
-    if (!badPaths.empty()) {
-        auto& named = unreadableFolders[unit.kind];
-        named.insert(named.end(), std::make_move_iterator(badPaths.begin()), std::make_move_iterator(badPaths.end()));
+    for (const auto& [name, bytes] : t.fileRows) {
+        totals[unit.kind] += bytes;
+        const std::string path = unit.path + "/" + name;
+        auto [it, made] = entries.try_emplace({unit.kind, path});
+        if (made) it->second = Entry{unit.kind, splitTitle(name, *unit.split), unit.split->detail, 0, false, std::nullopt};
+        it->second.bytes += bytes;
     }
-    files += count;
-    if (!found.empty()) {
-        big.insert(big.end(), std::make_move_iterator(found.begin()), std::make_move_iterator(found.end()));
+    if (t.bad > 0) unreadable[unit.kind] += t.bad;
+    auto& named = unreadableFolders[unit.kind];
+    named.insert(named.end(), std::make_move_iterator(t.badPaths.begin()), std::make_move_iterator(t.badPaths.end()));
+    files += t.count;
+    if (!t.found.empty()) {
+        big.insert(big.end(), std::make_move_iterator(t.found.begin()), std::make_move_iterator(t.found.end()));
         std::sort(big.begin(), big.end(), biggerFirst);
         if (big.size() > maxBig) big.resize(maxBig);
         if (big.size() == maxBig) bigFloor = std::max(bigFloor, big.back().bytes);
     }
+}
+
+void StorageScan::walkUnits(const std::vector<const Unit*>& batch) {
+    // Rows are folders or not by their path, whichever thread first merges their bytes.
+    std::vector<char> folders(batch.size(), 0);
+    std::vector<Walker::Root> roots;
+    std::vector<const Unit*> walked;
+    for (const Unit* u : batch) {
+        struct stat st {};
+        const bool isFolder = lstat(u->path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+        if (u->bytes) {
+            if (cancelled()) continue;
+            Tally t;
+            t.total = *u->bytes;
+            merge(*u, isFolder, t);
+            continue;
+        }
+        folders[walked.size()] = isFolder ? 1 : 0;
+        walked.push_back(u);
+        roots.push_back({u->path, 0});
+    }
+    if (roots.empty()) return;
+    folders.resize(walked.size());
+    Walker::Options options;
+    options.cancel = cancel.get();
+    auto walks = Walker::walk<Walk>(roots, options, [&] {
+        auto w = std::make_unique<Walk>(*this, walked);
+        w->folders = folders;
+        return w;
+    });
+    for (auto& w : walks) w->flush();
 }
 
 void StorageScan::maybeReport() {
@@ -326,11 +400,11 @@ StorageReport StorageScan::run(const Progress& onProgress) {
     // meet a file owns its bytes: the store goes first, alone.
     std::vector<const Unit*> rest;
     for (const Unit& u : planUnits) {
-        if (u.first) walk(u);
+        if (u.first) walkUnits({&u});
         else rest.push_back(&u);
     }
     for (const Unit& u : planApps_) rest.push_back(&u);
-    parallelFor(rest.size(), [&](std::size_t i) { walk(*rest[i]); });
+    walkUnits(rest);
 
     {
         std::lock_guard guard(reportLock); // no partial report after this point

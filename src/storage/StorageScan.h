@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -37,6 +38,10 @@ public:
         std::optional<int64_t> bytes{};    // a size known without a walk
         bool ownFilesOnly = false;         // count only the user's own files (shared temporary folders)
         bool countsUnreadable = true;      // false outside the home folder, where most is not ours to read
+        bool selfOnly = false;             // only the folder's own blocks, no row: what it holds is split
+        // A split folder: its own blocks, and each entry inside that is no folder as a row of its
+        // own (its folders are units of their own), by this rule.
+        const StorageTables::Rule* split = nullptr;
         friend bool operator==(const Unit&, const Unit&) = default;
     };
 
@@ -110,8 +115,14 @@ private:
     void tellApartSameTitles();
     [[nodiscard]] bool onHomeVolume(const std::string& path) const;
     [[nodiscard]] std::string splitTitle(const std::string& name, const StorageTables::Rule& rule) const;
+    // Whether an entry of a split folder is a row: not hidden or left out by the rule, nor planned by a rule of its own.
+    [[nodiscard]] bool splitsOff(const StorageTables::Rule& rule, const std::string& path, std::string_view name) const;
 
-    void walk(const Unit& unit);
+    // One walk over several units at once, on every core.
+    class Walk;
+    struct Tally;
+    void walkUnits(const std::vector<const Unit*>& batch);
+    void merge(const Unit& unit, bool isFolder, Tally& tally);
     void maybeReport();
     [[nodiscard]] StorageReport snapshot(bool complete, std::vector<AppSize> apps);
     [[nodiscard]] std::vector<AppSize> appSizes();
@@ -156,6 +167,7 @@ private:
     int files = 0;
 
     LinkSet links;
+    std::deque<std::string> projectPaths; // of the projects the walks found, under `lock`; never moved
 
     // Partial reports.
     const Progress* progress = nullptr;

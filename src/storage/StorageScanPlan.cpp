@@ -6,6 +6,8 @@
 #include "foundation/Text.h"
 #include "platform/AppInstalls.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -14,7 +16,34 @@
 namespace {
 
 bool below(const std::string& path, const std::string& folder) {
+    if (folder == "/") return path.size() > 1 && path.front() == '/';
     return path.size() > folder.size() + 1 && path.starts_with(folder) && path[folder.size()] == '/';
+}
+
+// The folders in a folder, by name in ascending order: the listing's own types, a stat only where
+// it has none.
+std::vector<std::string> folders(const std::string& path) {
+    std::vector<std::string> names;
+    DIR* dir = opendir(path.c_str());
+    if (!dir) return names;
+    while (dirent* e = readdir(dir)) {
+        std::string_view n = e->d_name;
+        if (n == "." || n == "..") continue;
+        bool folder = e->d_type == DT_DIR;
+        if (e->d_type == DT_UNKNOWN) {
+            struct stat st {};
+            folder = fstatat(dirfd(dir), e->d_name, &st, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(st.st_mode);
+        }
+        if (folder) names.emplace_back(n);
+    }
+    closedir(dir);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// A name inside a folder; the root folder "/" gives "/name", never "//name".
+std::string join(const std::string& folder, const std::string& name) {
+    return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
 } // namespace
@@ -65,6 +94,12 @@ void StorageScan::add(Unit unit) {
     planUnits.push_back(std::move(unit));
 }
 
+bool StorageScan::splitsOff(const StorageTables::Rule& rule, const std::string& path, std::string_view name) const {
+    if (rule.skipHidden && name.starts_with(".")) return false;
+    if (rule.skipNames.contains(std::string(name))) return false;
+    return !layout.storage.rules.contains(path + "/" + std::string(name)); // planned by its own rule
+}
+
 std::string StorageScan::splitTitle(const std::string& name, const StorageTables::Rule& rule) const {
     if (auto it = rule.subNames.find(name); it != rule.subNames.end()) return it->second;
     auto title = [&]() -> std::string {
@@ -93,11 +128,14 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
         return;
     case Action::split:
         if (!admitted(path) || !FS::isDir(path)) return;
-        for (const std::string& name : FS::sortedChildren(path)) {
-            if (rule.skipHidden && name.starts_with(".")) continue;
-            if (rule.skipNames.contains(name)) continue;
+        // The folder's own blocks count towards its category, though it is no row of its own; its
+        // files are rows that its own walk makes, so that a folder of a million files is no
+        // million units.
+        add(Unit{.path = path, .kind = rule.kind, .item = path, .name = FS::lastComponent(path), .selfOnly = true,
+                 .split = &rule});
+        for (const std::string& name : folders(path)) {
+            if (!splitsOff(rule, path, name)) continue;
             std::string child = path + "/" + name;
-            if (layout.storage.rules.contains(child)) continue; // planned by its own rule
             add(Unit{.path = child,
                      .kind = rule.kind,
                      .item = child,
@@ -111,7 +149,7 @@ void StorageScan::planRule(const std::string& path, const StorageTables::Rule& r
 
 void StorageScan::planHomeEntry(const std::string& name) {
     const StorageTables& t = layout.storage;
-    std::string path = home + "/" + name;
+    std::string path = join(home, name);
     if (auto rule = t.rules.find(path); rule != t.rules.end()) {
         planRule(path, rule->second);
     } else if (name.starts_with(".")) {
@@ -261,10 +299,13 @@ void StorageScan::plan() {
         for (auto it = t.rules.lower_bound(prefix); it != t.rules.end() && it->first.starts_with(prefix); ++it)
             if (ruled.insert(it->first).second) planRule(it->first, it->second);
     };
+    // The home folder's own blocks are its "other" files'.
+    if (FS::isDir(home))
+        add(Unit{.path = home, .kind = StorageKind::other, .item = home, .name = FS::lastComponent(home), .selfOnly = true});
     for (const std::string& name : FS::sortedChildren(home)) {
-        ruled.insert(home + "/" + name);
+        ruled.insert(join(home, name));
         planHomeEntry(name);
-        planRulesBelow(home + "/" + name);
+        planRulesBelow(join(home, name));
     }
     // Rules for places that XDG or user-dirs.dirs put outside the home are not planned: what
     // lies there is not the home's (the layout has noted them in the log).
@@ -275,7 +316,8 @@ void StorageScan::tellApartSameTitles() {
     // Two places under one title and one second line ("Graphics shader cache · ~/.cache" for
     // two folders) would read as one: each gets its own location instead.
     std::map<std::tuple<StorageKind, std::string, std::optional<std::string>>, std::set<std::string>> rows;
-    for (const Unit& u : planUnits) rows[{u.kind, u.name, u.detail}].insert(u.item);
+    for (const Unit& u : planUnits)
+        if (!u.selfOnly) rows[{u.kind, u.name, u.detail}].insert(u.item);
     for (Unit& u : planUnits)
-        if (u.item.starts_with("/") && rows[{u.kind, u.name, u.detail}].size() > 1) u.detail = FS::tilde(u.path, home);
+        if (!u.selfOnly && u.item.starts_with("/") && rows[{u.kind, u.name, u.detail}].size() > 1) u.detail = FS::tilde(u.path, home);
 }

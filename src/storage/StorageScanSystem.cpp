@@ -4,10 +4,10 @@
 
 #include "foundation/FS.h"
 #include "foundation/Text.h"
+#include "foundation/Walker.h"
 #include "platform/PackageDatabase.h"
 #include "platform/SwapAreas.h"
 
-#include <fts.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -17,25 +17,34 @@ namespace {
 
 // Allocated bytes below a folder on its own volume, hard links counted once.
 int64_t allocatedBelow(const std::string& folder) {
-    int64_t total = 0;
-    std::unordered_set<uint64_t> seen;
-    FS::walk(folder, FTS_PHYSICAL | FTS_XDEV | FTS_NOCHDIR, {}, [&](FTS*, FTSENT* e) {
-        const struct stat* st = e->fts_statp;
-        switch (e->fts_info) {
-        case FTS_D:
-        case FTS_F:
-        case FTS_SL:
-        case FTS_SLNONE:
-        case FTS_DEFAULT:
-            if (e->fts_info == FTS_F && st->st_nlink >= 2 &&
-                !seen.insert(LinkSet::key(static_cast<uint64_t>(st->st_ino), static_cast<uint64_t>(st->st_dev))).second)
-                return;
-            total += static_cast<int64_t>(st->st_blocks) * 512;
-            return;
-        default: return;
+    class Sum : public Walker::Visitor {
+    public:
+        explicit Sum(LinkSet& l) : links(l) {}
+        int64_t total = 0;
+        std::optional<Walker::Enter> folder(const Walker::Entry& e, int) override {
+            total += e.stat->bytes;
+            return Walker::Enter{};
         }
-    });
+        void other(const Walker::Entry& e) override {
+            const Walker::Stat& st = *e.stat;
+            if (S_ISREG(st.mode) && st.links >= 2 && !links.insert(LinkSet::key(st.inode, st.device))) return;
+            total += st.bytes;
+        }
+
+    private:
+        LinkSet& links;
+    };
+    LinkSet links;
+    int64_t total = 0;
+    for (const auto& sum : Walker::walk<Sum>({{folder, 0}}, {}, [&] { return std::make_unique<Sum>(links); }))
+        total += sum->total;
     return total;
+}
+
+// The home folder or inside it: the home's own walk measures it already.
+bool inside(const std::string& path, const std::string& home) {
+    if (home == "/") return path.starts_with("/");
+    return path == home || (path.size() > home.size() && path.starts_with(home) && path[home.size()] == '/');
 }
 
 std::optional<dev_t> deviceOf(const std::string& path) {
@@ -125,11 +134,11 @@ std::optional<StorageScan::Volumes> StorageScan::volumes(const Layout& layout, i
         if (auto text = FS::readText(t.dpkgStatus, 256 << 20)) {
             read = true;
             int64_t packages = std::max<int64_t>(0, PackageDatabase::totalSize(*text) - packagesShownAsApps);
-            if (packages > 0 && onHome(t.systemRoot))
+            if (packages > 0 && onHome(t.systemRoot) && !inside(t.systemRoot, layout.home))
                 v.rows.push_back(StorageItem{t.systemTitle, "volume:system", packages, true, std::nullopt, std::nullopt});
         }
     for (const auto& place : t.systemPlaces) {
-        if (!FS::isDir(place.path) || !onHome(place.path)) continue;
+        if (!FS::isDir(place.path) || !onHome(place.path) || inside(place.path, layout.home)) continue;
         read = true;
         int64_t bytes = allocatedBelow(place.path);
         if (bytes > 0)

@@ -63,7 +63,7 @@ StorageCategory decodeCategory(const json& j) {
     c.kind = storageKind(need(j, "kind"));
     c.bytes = integer(need(j, "bytes"));
     for (const auto& i : array(need(j, "items"))) c.items.push_back(decodeItem(i));
-    c.unreadable = static_cast<int>(integer(need(j, "unreadable")));
+    c.unreadable = count(need(j, "unreadable"));
     // Files written before the folders were named have counts only.
     if (auto v = maybe(j, "unreadableFolders"))
         for (const auto& f : array(*v)) c.unreadableFolders.push_back(text(f));
@@ -143,14 +143,18 @@ std::optional<StorageReport> decode(const std::string& content) {
     if (j.is_discarded() || !j.is_object()) return std::nullopt;
     try {
         StorageReport r;
-        r.made = date(need(j, "made"));
+        // The one date the report cannot do without: a bad one fails the file, as a missing
+        // one does. The others are left absent.
+        auto made = date(need(j, "made"));
+        if (!made) throw Invalid();
+        r.made = *made;
         r.seconds = number(need(j, "seconds"));
         r.diskTotal = integer(need(j, "diskTotal"));
         r.diskUsed = integer(need(j, "diskUsed"));
         for (const auto& c : array(need(j, "categories"))) r.categories.push_back(decodeCategory(c));
         for (const auto& f : array(need(j, "biggest"))) r.biggest.push_back(decodeBig(f));
         for (const auto& a : array(need(j, "apps"))) r.apps.push_back(decodeApp(a));
-        r.files = static_cast<int>(integer(need(j, "files")));
+        r.files = count(need(j, "files"));
         r.complete = boolean(need(j, "complete"));
         if (auto v = maybe(j, "vm")) r.vm = integer(*v);
         if (auto v = maybe(j, "diskReserved")) r.diskReserved = integer(*v);

@@ -22,7 +22,9 @@ namespace StorageStore {
 void save(const StorageReport& report);
 void save(const StorageReport& report, const std::string& folder);
 
-// The file's text and back; decode gives nothing for anything but a whole, valid report.
+// The file's text and back; decode gives nothing for anything but a whole, valid report. A
+// date outside the years 1970 to 9999 is a bad field: left absent where it may be, and the
+// whole file refused for `made`.
 [[nodiscard]] std::string encode(const StorageReport& report);
 [[nodiscard]] std::optional<StorageReport> decode(const std::string& text);
 

@@ -28,15 +28,16 @@ std::string text(const StorageReport& r, int64_t swapUsed, Platform platform, co
         line("");
         line(head);
         for (const auto& item : c.items) {
-            std::string row = "    " + Text::fit(Fmt::bytes(item.bytes), 10) + item.name;
-            if (item.detail) row += "  · " + *item.detail;
-            else if (item.path.starts_with("/")) row += "  · " + FS::tilde(item.path, home);
+            std::string row = "    " + Text::fit(Fmt::bytes(item.bytes), 10) + Text::visible(item.name);
+            if (item.detail) row += "  · " + Text::visible(*item.detail);
+            else if (item.path.starts_with("/")) row += "  · " + Text::visible(FS::tilde(item.path, home));
             line(row);
         }
     }
     line("\n== Biggest files ==");
     for (const auto& f : r.biggest)
-        line(Text::fit(Fmt::bytes(f.bytes), 10) + Text::fit(FileKinds::title(f.kind), 13) + FS::tilde(f.path, home));
+        line(Text::fit(Fmt::bytes(f.bytes), 10) + Text::fit(FileKinds::title(f.kind), 13) +
+             Text::visible(FS::tilde(f.path, home)));
     line("\n== Apps " + std::to_string(r.apps.size()) + " ==");
     for (const auto& a : r.apps) {
         std::string row = Text::fit(a.name, 30) + Text::fit(Fmt::bytes(a.total()), 10) + " app " + Fmt::bytes(a.appBytes) +

@@ -32,7 +32,7 @@ void Tools::projectsReport() {
     const auto cards = Projects::build(items, snapshot, monitor.leftovers, now);
 
     for (const ProjectCard& card : cards) {
-        std::string text = Text::fit(Text::repairUtf8(card.name), nameWidth) + (card.running ? " running" : " idle   ");
+        std::string text = Text::fit(card.name, nameWidth) + (card.running ? " running" : " idle   ");
         text += " mem " + Fmt::bytes(card.memory);
         text += " build " + Fmt::bytes(card.build);
         text += " idle " + Fmt::bytes(card.idleBuild);

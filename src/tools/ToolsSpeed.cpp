@@ -48,7 +48,7 @@ void Tools::speedReport() {
 
     line("\n== By processor ==");
     for (const auto& app : monitor.apps) {
-        std::string text = Text::fit(Text::repairUtf8(app.name), nameWidth) + right(Fmt::percent(app.cores * 100), 10) +
+        std::string text = Text::fit(app.name, nameWidth) + right(Fmt::percent(app.cores * 100), 10) +
                            right(Fmt::bytes(app.memory), 10);
         if (monitor.isKept(app)) text += "  kept";
         if (app.isFront) text += "  front";
@@ -60,7 +60,7 @@ void Tools::speedReport() {
     std::stable_sort(byMemory.begin(), byMemory.end(), [](const AppUsage& a, const AppUsage& b) { return a.memory > b.memory; });
     const bool debug = std::getenv("FB_DEBUG") != nullptr;
     for (const auto& app : byMemory) {
-        std::string text = Text::fit(Text::repairUtf8(app.name), nameWidth) + right(Fmt::bytes(app.memory), 10);
+        std::string text = Text::fit(app.name, nameWidth) + right(Fmt::bytes(app.memory), 10);
         if (app.started) text += " started " + Fmt::day(*app.started, now);
         line(text);
         if (!debug || !monitor.latest()) continue;
@@ -68,26 +68,26 @@ void Tools::speedReport() {
             auto it = monitor.latest()->procs.find(pid);
             if (it == monitor.latest()->procs.end()) continue;
             const ProcRecord& r = it->second;
-            line(Text::format("    %d %s ppid %d resp %d %s", pid, Text::repairUtf8(r.name).c_str(), r.ppid,
+            line(Text::format("    %d %s ppid %d resp %d %s", pid, Text::visible(r.name).c_str(), r.ppid,
                               r.responsible, Fmt::bytes(r.footprint).c_str()));
         }
     }
 
     line("\n== Leftovers ==");
     for (const auto& left : monitor.leftovers)
-        line(Text::fit(Text::repairUtf8(left.label), nameWidth) + right(Fmt::age(left.started, now), 12) +
+        line(Text::fit(left.label, nameWidth) + right(Fmt::age(left.started, now), 12) +
              right(Fmt::bytes(left.memory), 10) + Text::format(" pids %zu", left.pids.size()));
 
     line("\n== Slow in the background ==");
     for (const auto& app : monitor.slowApps())
-        line(Text::fit(Text::repairUtf8(app.name), nameWidth) + right(Fmt::percent(app.cores * 100), 10));
+        line(Text::fit(app.name, nameWidth) + right(Fmt::percent(app.cores * 100), 10));
 
     const Snapshot* snap = monitor.latest() ? &*monitor.latest() : nullptr;
     for (const auto& app : monitor.apps) {
         if (!Browsers::isBrowser(app)) continue;
         auto update = Browsers::pendingUpdate(app, snap);
         if (!update) continue;
-        std::string text = app.name + ": update " + update->version + " waiting";
+        std::string text = Text::visible(app.name) + ": update " + Text::visible(update->version) + " waiting";
         if (update->since) text += " since " + Fmt::day(*update->since, now);
         line(text);
     }

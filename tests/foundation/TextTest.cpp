@@ -32,6 +32,34 @@ TEST(Text, FitCountsGraphemesAndCutsWithEllipsis) {
     EXPECT_EQ(Text::graphemeCount(Text::fit("ab\xFF\xFE" "cdef", 4)), 4u);
 }
 
+TEST(Text, VisibleShowsWhatWouldDriveTheTerminal) {
+    // Escape sequences: a title change, a screen clear, a colour.
+    EXPECT_EQ(Text::visible("a\x1b]0;owned\x07" "b"), "a\\e]0;owned\\x07b");
+    EXPECT_EQ(Text::visible("\x1b[2J\x1b[31mred"), "\\e[2J\\e[31mred");
+    EXPECT_EQ(Text::visible("two\nlines\rback\ttab"), "two\\nlines\\rback\\ttab");
+    EXPECT_EQ(Text::visible(std::string("nul\0del\x7f", 8)), "nul\\x00del\\x7f");
+    // C1 controls, as UTF-8: CSI and NEL.
+    EXPECT_EQ(Text::visible("a\xC2\x9B" "31m\xC2\x85z"), "a\\u009b31m\\u0085z");
+    // A right-to-left override that would show "exe.txt" for "txt.exe", and an isolate.
+    EXPECT_EQ(Text::visible("\xE2\x80\xAEtxt.exe\xE2\x81\xA6"), "\\u202etxt.exe\\u2066");
+    // Invalid UTF-8, and a lone C1 byte, are U+FFFD.
+    EXPECT_EQ(Text::visible("bad\xFF\x9B"), "bad\xEF\xBF\xBD\xEF\xBF\xBD");
+    // Ordinary text stands: accents, emoji, joiners, a backslash.
+    const std::string fine = "caf\xC3\xA9 \xF0\x9F\x98\x80 e\xCC\x81 a\\nb";
+    EXPECT_EQ(Text::visible(fine), fine);
+    // Shown once, a name stays as it is when shown again.
+    for (std::string s : {"\x1b[2J\n\xFF", "\xC2\x9B\xE2\x80\xAE", "plain"})
+        EXPECT_EQ(Text::visible(Text::visible(s)), Text::visible(s)) << s;
+}
+
+TEST(Text, FitCountsTheEscapesAsTheTerminalShowsThem) {
+    EXPECT_EQ(Text::fit("a\nb", 6), "a\\nb  ");
+    EXPECT_EQ(Text::fit("\x1b[2J", 3), "\\e\xE2\x80\xA6");
+    std::string fitted = Text::fit("x\x1b[31m\r\xFFy", 12);
+    EXPECT_EQ(Text::graphemeCount(fitted), 12u);
+    for (unsigned char c : fitted) EXPECT_TRUE(c >= 0x20 && c != 0x7f) << int(c);
+}
+
 TEST(Text, SplitJoinTrim) {
     EXPECT_EQ(Text::split("/a//b/", '/'), (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(Text::split("a::b", ':', true), (std::vector<std::string>{"a", "", "b"}));

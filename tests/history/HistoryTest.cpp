@@ -1,6 +1,7 @@
 #include "foundation/FS.h"
 #include "foundation/Rendering.h"
 #include "history/History.h"
+#include "history/HistoryFile.h"
 #include "support/TempTree.h"
 
 #include <gtest/gtest.h>
@@ -55,25 +56,25 @@ TEST(History, RequiredKeysFailTheWholeFileOptionalOnesMayBeMissing) {
     d.restartReminder = t0;
     d.cacheClears = std::map<std::string, CacheClear>{{"npm", {t0, 10}}};
     d.fastRefill = std::map<std::string, TimePoint>{{"npm", t0}};
-    auto full = nlohmann::json::parse(History::encode(d));
-    ASSERT_EQ(History::decode(full.dump()), d);
+    auto full = nlohmann::json::parse(HistoryFile::encode(d));
+    ASSERT_EQ(HistoryFile::decode(full.dump()), d);
 
     auto noSwap = full;
     noSwap["samples"][0].erase("swap");
-    EXPECT_FALSE(History::decode(noSwap.dump()));
+    EXPECT_FALSE(HistoryFile::decode(noSwap.dump()));
     auto noAlerted = full;
     noAlerted.erase("alerted");
-    EXPECT_FALSE(History::decode(noAlerted.dump()));
+    EXPECT_FALSE(HistoryFile::decode(noAlerted.dump()));
     auto badGrowth = full;
     badGrowth["growth"]["days"][0]["top"][0].erase("bucket");
-    EXPECT_FALSE(History::decode(badGrowth.dump()));
+    EXPECT_FALSE(HistoryFile::decode(badGrowth.dump()));
     auto badClear = full;
     badClear["cacheClears"]["npm"].erase("size");
-    EXPECT_FALSE(History::decode(badClear.dump()));
+    EXPECT_FALSE(HistoryFile::decode(badClear.dump()));
 
     auto lean = full;
     for (const char* key : {"growth", "restartReminder", "cacheClears", "fastRefill"}) lean.erase(key);
-    auto decoded = History::decode(lean.dump());
+    auto decoded = HistoryFile::decode(lean.dump());
     ASSERT_TRUE(decoded);
     EXPECT_FALSE(decoded->growth);
     EXPECT_FALSE(decoded->cacheClears);

@@ -297,6 +297,21 @@ std::vector<std::string> idsOf(const std::vector<Candidate>& list) {
 
 } // namespace
 
+TEST(LinuxAppCaches, ACacheDatedAheadOfNowIsInUse) {
+    // 2446 is as far as ext4 goes; such a cache was touched "now", never long ago.
+    LinuxHome h;
+    h.t.file(".cache/timewarp/a", 10);
+    for (const char* p : {".cache/timewarp/a", ".cache/timewarp"})
+        if (!h.t.dateAt(p, 15'032'304'000)) GTEST_SKIP() << "this file system cannot hold a date in 2446";
+    auto s = h.scanner();
+    const Candidate* cache = withId(ScannerTestAccess::userCaches(s), "cache:timewarp");
+    ASSERT_TRUE(cache);
+    EXPECT_EQ(cache->cacheKind, CacheKind::active);
+    auto [kind, date] = ScannerTestAccess::kind(s, {}, h.t.path(".cache/timewarp"));
+    EXPECT_EQ(kind, CacheKind::active);
+    EXPECT_EQ(date, s.now);
+}
+
 TEST(LinuxAppCaches, CacheFolderEntriesAreOfferedOnceEach) {
     LinuxHome h;
     for (const char* name : {"google-chrome", "mozilla", "pip", "uv", "huggingface", "torch", "ms-playwright",

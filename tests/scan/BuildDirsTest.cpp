@@ -180,6 +180,23 @@ TEST(BuildFolderProjects, RecentWorkStartsUnticked) {
     EXPECT_EQ(empty->note, "node_modules");
 }
 
+TEST(BuildFolderProjects, FilesDatedAheadOfNowAreRecentWork) {
+    // A clock gone wrong or an archive unpacked with dates of 2400: the project was touched now,
+    // not in 1815, so it starts unticked and reads "changed today".
+    Home h;
+    h.t.file("future/package.json", 10);
+    h.t.file("future/src/main.ts", 10);
+    h.t.file("future/node_modules/x/index.js", 10);
+    for (const char* p : {"future/package.json", "future/src/main.ts", "future/src"})
+        if (!h.t.dateAt(p, 13'583'635'200)) GTEST_SKIP() << "this file system cannot hold a date in 2400";
+    auto s = h.scanner();
+    auto list = ScannerTestAccess::projects(s);
+    const Candidate* future = withId(list, "project:" + h.t.path("future"));
+    ASSERT_TRUE(future);
+    EXPECT_FALSE(future->defaultOn);
+    EXPECT_EQ(future->note, "node_modules · changed " + Fmt::day(s.now, s.now));
+}
+
 TEST(BuildFolderProjects, ActivityReadsGitAndWorktrees) {
     Home h;
     // A repository whose files are old but whose index moved today.

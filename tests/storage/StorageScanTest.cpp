@@ -5,12 +5,44 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 using namespace StorageWalk;
+
+namespace {
+
+// Allocated bytes of a tree by `du`, hard links once.
+int64_t du(const std::string& path) {
+    FILE* p = popen(("du --block-size=1 -s '" + path + "' 2>/dev/null").c_str(), "r");
+    if (!p) return -1;
+    long long bytes = -1;
+    if (std::fscanf(p, "%lld", &bytes) != 1) bytes = -1;
+    pclose(p);
+    return bytes;
+}
+
+// A chain of folders "d" deeper than any path may be long, made through handles.
+void deepChain(const std::string& folder, int depth) {
+    int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    for (int i = 0; i < depth && fd >= 0; ++i) {
+        mkdirat(fd, "d", 0755);
+        int next = openat(fd, "d", O_RDONLY | O_DIRECTORY);
+        close(fd);
+        fd = next;
+    }
+    int file = openat(fd, "f.bin", O_WRONLY | O_CREAT, 0644);
+    std::string data(50'000, 'x');
+    [[maybe_unused]] auto n = write(file, data.data(), data.size());
+    close(file);
+    close(fd);
+}
+
+} // namespace
 
 TEST(StorageScan, HardLinksInTwoProjectsCountOnceInBytesAndFiles) {
     TempTree home;
@@ -30,8 +62,10 @@ TEST(StorageScan, HardLinksInTwoProjectsCountOnceInBytesAndFiles) {
     EXPECT_EQ((a->bytes >= 3 * MiB) + (b->bytes >= 3 * MiB), 1);
     EXPECT_EQ(a->detail, "~/Documents");
     EXPECT_TRUE(a->isFolder);
-    // The project folders' own blocks stay with the folder of Documents they are.
-    EXPECT_EQ(bytesOf(r, StorageKind::documents), alloc(home, "Documents/a") + alloc(home, "Documents/b"));
+    // The project folders' own blocks stay with the folder of Documents they are, and Documents'
+    // own blocks with its category.
+    EXPECT_EQ(bytesOf(r, StorageKind::documents),
+              alloc(home, "Documents/a") + alloc(home, "Documents/b") + alloc(home, "Documents"));
 }
 
 TEST(StorageScan, APackageStoreOwnsItsLinksWhateverTheTiming) {
@@ -188,7 +222,8 @@ TEST(StorageScan, CompleteReportsCutCategoriesToFourteenRows) {
     const StorageCategory* dl = r.category(StorageKind::downloads);
     ASSERT_TRUE(dl);
     EXPECT_EQ(dl->items.size(), 14u);
-    EXPECT_EQ(dl->bytes, 20 * alloc(home, "Downloads/f100")); // the category keeps every row's bytes
+    // The category keeps every row's bytes, and the folder's own.
+    EXPECT_EQ(dl->bytes, 20 * alloc(home, "Downloads/f100") + alloc(home, "Downloads"));
 }
 
 TEST(StorageScan, HomeEntriesGoToTheirKinds) {
@@ -437,12 +472,13 @@ TEST(StorageScan, TheSystemShareAndTheSwapOnTheHomeVolume) {
     home.text("status", "Package: a\nStatus: install ok installed\nInstalled-Size: 1000\n\n"
                         "Package: b\nStatus: install ok installed\nInstalled-Size: 3000\n\n"
                         "Package: c\nStatus: deinstall ok config-files\nInstalled-Size: 5000\n");
-    home.file("boot/vmlinuz", 64 * 1024);
+    TempTree outside; // beside the home folder, on its volume
+    outside.file("boot/vmlinuz", 64 * 1024);
     Layout l = isolated(home.root());
     l.storage.procSwaps = home.path("swaps");
     l.storage.dpkgStatus = home.path("status");
-    l.storage.systemRoot = home.root();
-    l.storage.systemPlaces = {{home.path("boot"), StorageKind::macOS, "Startup files"}};
+    l.storage.systemRoot = outside.root();
+    l.storage.systemPlaces = {{outside.path("boot"), StorageKind::macOS, "Startup files"}};
     auto v = StorageScan::volumes(l, 1000 * 1024);
     ASSERT_TRUE(v);
     EXPECT_EQ(v->vm, alloc(home, "swapfile"));
@@ -450,7 +486,7 @@ TEST(StorageScan, TheSystemShareAndTheSwapOnTheHomeVolume) {
     EXPECT_EQ(v->rows[0].name, "The system");
     EXPECT_EQ(v->rows[0].bytes, 3000 * 1024); // packages less what the apps rows show
     EXPECT_EQ(v->rows[1].name, "Startup files");
-    EXPECT_EQ(v->rows[1].bytes, alloc(home, "boot") + alloc(home, "boot/vmlinuz"));
+    EXPECT_EQ(v->rows[1].bytes, allocatedSize(outside.path("boot")) + allocatedSize(outside.path("boot/vmlinuz")));
 
     // A complete walk adds the rows as one category and keeps the swap beside them.
     StorageReport r = walk(l);
@@ -469,7 +505,8 @@ TEST(StorageScan, CategoriesTheSwapAndTheRemainderAddUpToTheUsedBytes) {
     home.file("notes.txt", 7000);
     home.file(".tool/x", 9000);
     StorageReport r = walk(isolated(home.root()));
-    EXPECT_EQ(r.measured(), alloc(home, "Documents/a") + alloc(home, "notes.txt") + alloc(home, ".tool") + alloc(home, ".tool/x"));
+    EXPECT_EQ(r.measured(), alloc(home, "") + alloc(home, "Documents") + alloc(home, "Documents/a") + alloc(home, "notes.txt") +
+                                alloc(home, ".tool") + alloc(home, ".tool/x"));
     struct statvfs vfs {};
     ASSERT_EQ(statvfs(home.root().c_str(), &vfs), 0);
     EXPECT_EQ(r.diskTotal, static_cast<int64_t>(vfs.f_blocks) * static_cast<int64_t>(vfs.f_frsize));
@@ -489,17 +526,21 @@ TEST(StorageScan, UnreadableFoldersAreCountedAndTheRestGoesOn) {
     TempTree home;
     home.file("Documents/open/a", 5000);
     home.file("Documents/shut/b", 5000);
-    home.file("Documents/deep/er/c", 5000);
+    home.file("Documents/listable/c", 5000);
+    home.file("Documents/deep/er/d", 5000);
     chmod(home.path("Documents/shut").c_str(), 0);
+    chmod(home.path("Documents/listable").c_str(), 0444); // its names can be read, nothing in it reached
     chmod(home.path("Documents/deep/er").c_str(), 0);
     StorageReport r = walk(isolated(home.root()));
     chmod(home.path("Documents/shut").c_str(), 0755);
+    chmod(home.path("Documents/listable").c_str(), 0755);
     chmod(home.path("Documents/deep/er").c_str(), 0755);
     ASSERT_TRUE(r.category(StorageKind::documents));
-    EXPECT_EQ(r.category(StorageKind::documents)->unreadable, 2);
+    EXPECT_EQ(r.category(StorageKind::documents)->unreadable, 3);
     // The map names them, in path order, whichever walk met them first.
     EXPECT_EQ(r.category(StorageKind::documents)->unreadableFolders,
-              (std::vector<std::string>{home.path("Documents/deep/er"), home.path("Documents/shut")}));
+              (std::vector<std::string>{home.path("Documents/deep/er"), home.path("Documents/listable"),
+                                        home.path("Documents/shut")}));
     EXPECT_TRUE(row(r, StorageKind::documents, home.path("Documents/open")));
 }
 
@@ -517,10 +558,10 @@ bool has(const std::vector<std::string>& paths, const std::string& p) {
     return std::find(paths.begin(), paths.end(), p) != paths.end();
 }
 
-// Only units below the home, none of them in `outside`.
+// Only the home and units below it, none of them in `outside`.
 void expectNothingOutside(const std::vector<std::string>& paths, const std::string& home, const std::string& outside) {
     for (const auto& p : paths) {
-        EXPECT_TRUE(p.starts_with(home + "/")) << p;
+        EXPECT_TRUE(p == home || p.starts_with(home + "/")) << p;
         EXPECT_FALSE(p.starts_with(outside)) << p;
     }
 }
@@ -539,7 +580,7 @@ TEST(StorageScan, LinkedUserAndDataFoldersPlanNoUnit) {
     t.symLink(outside, "home/.cache");
     t.symLink(outside, "home/stuff"); // a plain top-level entry that links out
     auto paths = plannedPaths(isolated(home, envOf({{"HOME", home}})));
-    EXPECT_TRUE(has(paths, home + "/Music/song.flac"));
+    EXPECT_TRUE(has(paths, home + "/Music"));
     EXPECT_TRUE(has(paths, home + "/.config/app"));
     for (const char* linked : {"/Downloads", "/.cache", "/stuff", "/Downloads/usr", "/.cache/usr"})
         EXPECT_FALSE(has(paths, home + linked)) << linked;
@@ -556,6 +597,56 @@ TEST(StorageScan, PlacesNamedOutsideTheHomePlanNoUnit) {
     ASSERT_EQ(l.downloads, outside);
     ASSERT_EQ(l.documents, "/");
     auto paths = plannedPaths(l);
-    EXPECT_TRUE(has(paths, home + "/Music/song.flac"));
+    EXPECT_TRUE(has(paths, home + "/Music"));
     expectNothingOutside(paths, home, outside);
+}
+
+TEST(StorageScan, AHomesTotalEqualsDuToTheByteWithItsFoldersOwnBlocksLinksAndADeepChain) {
+    TempTree home;
+    home.file("notes.txt", 7000);
+    home.file("Documents/report.pdf", 90'000);
+    home.text("Documents/app/package.json", "{}");
+    home.file("Documents/app/src/main.js", 20'000);
+    home.file("Downloads/setup.deb", 300'000);
+    home.file("Videos/clip.webm", 200'000);
+    home.file(".cache/pip/wheels/w.whl", 40'000);
+    home.file(".config/tool/settings.json", 3000);
+    home.file(".local/share/tool/db", 60'000);
+    home.file(".local/bin/tool", 30'000);
+    home.file(".cargo/registry/x.crate", 50'000);
+    for (int i = 0; i < 30; ++i) {
+        home.file(".pnpm-store/v3/f" + std::to_string(i), 16'384);
+        home.hardLink(".pnpm-store/v3/f" + std::to_string(i), "Documents/app/node_modules/p/f" + std::to_string(i));
+        home.hardLink(".pnpm-store/v3/f" + std::to_string(i), "code/other/node_modules/p/f" + std::to_string(i));
+    }
+    // Deeper than a path may be long: reached through handles and counted.
+    deepChain(home.dir("Documents/deep"), 3000);
+    StorageReport r = walk(isolated(home.root()));
+    EXPECT_EQ(r.measured(), du(home.root()));
+    EXPECT_GE(row(r, StorageKind::documents, home.path("Documents/deep"))->bytes, 3000 * 4096);
+    // The temporary tree's own clean-up reads every path whole, which takes long at this depth.
+    [[maybe_unused]] int status = std::system(("rm -rf '" + home.path("Documents/deep") + "'").c_str());
+}
+
+TEST(StorageScan, AHomeAtTheRootCountsTheTemporaryFoldersOnceAndTheSystemPlacesNotAgain) {
+    Layout l = isolated("/");
+    l.storage.temporary = Layout::linux("/").storage.temporary;
+    StorageScan scan(l, ScanToken::make(), nullptr);
+    int tmp = 0;
+    for (const auto& u : scan.units()) {
+        EXPECT_FALSE(u.path.starts_with("//")) << u.path;
+        tmp += u.path == "/tmp" ? 1 : 0;
+    }
+    EXPECT_EQ(tmp, 1);
+    // A system place inside the home folder is measured by the home's own units: no second row.
+    TempTree home;
+    home.file("boot/vmlinuz", 64 * 1024);
+    home.file("var/log/syslog", 64 * 1024);
+    Layout inside = isolated(home.root());
+    inside.storage.systemPlaces = {{home.path("boot"), StorageKind::macOS, "Startup files"},
+                                   {home.path("var/log"), StorageKind::macOS, "System logs"}};
+    auto v = StorageScan::volumes(inside, 0);
+    EXPECT_TRUE(!v || v->rows.empty());
+    StorageReport r = walk(inside);
+    EXPECT_EQ(r.measured(), du(home.root()));
 }

@@ -115,3 +115,28 @@ TEST(StorageStore, NothingIsWrittenWhileRendering) {
     StorageStore::save(full(), dir.root());
     EXPECT_TRUE(FS::exists(StorageStore::url(dir.root())));
 }
+
+TEST(StorageStore, ADateOutsideTheYears1970To9999IsLeftOutAndABadMadeFailsTheFile) {
+    auto j = nlohmann::json::parse(StorageStore::encode(full()));
+    j["biggest"][0]["modified"] = 1e308;
+    j["biggest"][0]["opened"] = -5;
+    j["apps"][0]["lastUsed"] = 32'503'680'000.0; // the year 3000 stands
+    auto r = StorageStore::decode(j.dump());
+    ASSERT_TRUE(r);
+    EXPECT_FALSE(r->biggest[0].modified);
+    EXPECT_FALSE(r->biggest[0].opened);
+    ASSERT_TRUE(r->apps[0].lastUsed);
+    EXPECT_NEAR(secondsSince1970(*r->apps[0].lastUsed), 32'503'680'000.0, 1e-3);
+    j["made"] = 1e308;
+    EXPECT_FALSE(StorageStore::decode(j.dump()));
+}
+
+TEST(StorageStore, ASaveClearsTheTemporariesOfKilledSavesOfThisFileOnly) {
+    TempTree dir;
+    dir.text(".storage.json.x9Y8z7", "{\"made\":");
+    dir.text(".history.json.x9Y8z7", "{\"samples\":");
+    StorageStore::save(full(), dir.root());
+    EXPECT_FALSE(FS::exists(dir.path(".storage.json.x9Y8z7")));
+    EXPECT_TRUE(FS::exists(dir.path(".history.json.x9Y8z7")));
+    EXPECT_EQ(StorageStore::load(dir.root()), full());
+}

@@ -30,6 +30,8 @@ TempTree::~TempTree() {
     }
     chmod(base.c_str(), 0755);
     fs::remove_all(base, ec);
+    // Paths longer than the system allows (a very deep chain) defeat remove_all; rm walks by handles.
+    if (ec && fs::exists(base)) [[maybe_unused]] int status = std::system(("rm -rf '" + base + "'").c_str());
 }
 
 std::string TempTree::path(std::string_view relative) const {
@@ -97,6 +99,26 @@ void TempTree::age(std::string_view relative, double secondsAgo) const {
     times[0].tv_usec = 0;
     times[1] = times[0];
     lutimes(path(relative).c_str(), times);
+}
+
+std::string TempTree::reserved(std::string_view relative, int64_t size) const {
+    const std::string p = path(relative);
+    std::filesystem::create_directories(std::filesystem::path(p).parent_path());
+    int fd = open(p.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0 || posix_fallocate(fd, 0, size) != 0) {
+        if (fd >= 0) close(fd);
+        throw std::runtime_error("cannot reserve " + p);
+    }
+    close(fd);
+    return p;
+}
+
+bool TempTree::dateAt(std::string_view relative, int64_t seconds) const {
+    const std::string p = path(relative);
+    timespec times[2] = {{static_cast<time_t>(seconds), 0}, {static_cast<time_t>(seconds), 0}};
+    struct stat st {};
+    return utimensat(AT_FDCWD, p.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0 && lstat(p.c_str(), &st) == 0 &&
+           st.st_mtim.tv_sec == seconds;
 }
 
 int64_t allocatedSize(const std::string& p) {

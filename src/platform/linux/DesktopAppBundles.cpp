@@ -65,7 +65,8 @@ std::map<std::string, TimePoint> gnomeLastSeen(const std::string& file) {
         if (id.ends_with(".desktop")) id.resize(id.size() - 8);
         char* stop = nullptr;
         double seconds = std::strtod(when.c_str(), &stop);
-        if (stop && *stop == '\0' && seconds > 0) seen[id] = fromSeconds(seconds);
+        if (stop && *stop == '\0' && seconds > 0)
+            if (auto date = storedDate(seconds)) seen[id] = *date;
     }
     return seen;
 }
@@ -171,7 +172,7 @@ std::optional<TimePoint> DesktopAppBundles::lastUsed(const DesktopEntry& e) cons
     if (keeps == deviceKeepsAccessTimes.end())
         keeps = deviceKeepsAccessTimes.emplace(st.st_dev, mountKeepsAccessTimes(program)).first;
     if (!keeps->second) return std::nullopt;
-    return Clock::from_time_t(st.st_atim.tv_sec);
+    return fileDate(st.st_atim, Clock::now());
 }
 
 const AppBundles& AppBundles::system() {

@@ -19,7 +19,7 @@ std::vector<std::optional<TimePoint>> dates(const std::vector<std::string>& path
         const MountEntry* mount = MountTable::holding(table, paths[i], st.st_dev);
         if (mount && !mount->keepsAccessTimes()) continue;
         // Read after it was written: the access time is later than the change of content.
-        if (st.st_atim.tv_sec > st.st_mtim.tv_sec) out[i] = Clock::from_time_t(st.st_atim.tv_sec);
+        if (st.st_atim.tv_sec > st.st_mtim.tv_sec) out[i] = fileDate(st.st_atim, Clock::now());
     }
     return out;
 }

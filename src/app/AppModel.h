@@ -12,7 +12,7 @@
 //   is a constant object whose rows signal their own changes):
 //     disk {name,total,available,reserved,used}; items (list); selected (ids); scanProgress
 //     {stage,checked,done,total,label,found} or null; cleanProgress {done,total,label,source,
-//     showsSheet} or null, its items in cleanItems; cleanSummary {report,before} or null;
+//     showsSheet} or null, its items in cleanItems; cleanSummary {report,before,dryRun} or null;
 //     lastScan (date or null); report {freed,removedCount,trashed,failures,availableAfter,date,
 //     source} or null; expanded (tier numbers); confirming; emptyingTrash; loginItemOn; tab;
 //     tabForward; acting (rec id -> "queued"|"busy"|"done"); batch {done,total} or null;
@@ -293,6 +293,10 @@ public:
     Q_INVOKABLE void scanIfStale(double maxAge = 600);
     Q_INVOKABLE void cancelScan();
     void finishScan(std::vector<CleanItem> found, int folders, const std::shared_ptr<ScanToken>& token);
+    // The scanned state that pictures of the screens show: every unlocked item that is on by
+    // default ticked (the user's own choices and the staleness rules aside), the scan dated now
+    // and said to have taken `seconds`, the disk read again.
+    void settleForPictures(int seconds);
     void clean(const std::vector<CleanItem>& chosen, const std::string& source, std::optional<std::string> label = std::nullopt,
                std::function<void(const CleanReport&)> finished = {});
     Q_INVOKABLE void cleanSelected();

@@ -30,7 +30,13 @@ QVariantMap AppModel::diskValue() const { return QmlValues::disk(disk_); }
 QStringList AppModel::selectedIds() const { return strings(selected_); }
 QVariant AppModel::scanProgressValue() const { return maybe(scanProgress_, QmlValues::scanProgress); }
 QVariant AppModel::cleanProgressValue() const { return maybe(cleanProgress_, QmlValues::cleanProgress); }
-QVariant AppModel::cleanSummaryValue() const { return maybe(cleanSummary_, QmlValues::cleanSummary); }
+QVariant AppModel::cleanSummaryValue() const {
+    if (!cleanSummary_) return {};
+    QVariantMap out = QmlValues::cleanSummary(*cleanSummary_);
+    // A dry run's sheet counts from the free space before and what it pretended.
+    out.insert(QStringLiteral("dryRun"), setup.remover.dryRun.on);
+    return out;
+}
 QVariant AppModel::lastScanValue() const { return date(lastScan_); }
 QVariant AppModel::reportValue() const { return maybe(report_, cleanReport); }
 

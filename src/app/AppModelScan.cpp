@@ -71,6 +71,16 @@ void AppModel::finishScan(std::vector<CleanItem> found, int folders, const std::
     emit scanFinished();
 }
 
+void AppModel::settleForPictures(int seconds) {
+    std::set<std::string> ticks;
+    for (const auto& i : items_)
+        if (!i.isLocked() && i.defaultOn) ticks.insert(i.id);
+    setSelected(std::move(ticks));
+    put(lastScan_, std::optional<TimePoint>(now()), &AppModel::lastScanChanged);
+    put(lastScanSeconds_, std::optional<int>(std::max(1, seconds)), &AppModel::lastScanSecondsChanged);
+    refreshDisk();
+}
+
 void AppModel::cancelScan() {
     if (!scanToken) return;
     scanToken->cancel();

@@ -6,8 +6,11 @@
 #include <cmath>
 #include <cstdlib>
 
+// Pictures have no motion at all, so the desktop's setting is not asked (asking it can write
+// into the home folder).
 Motion::Motion(QObject* parent)
-    : Motion(slowFactor(std::getenv("SORRELIN_SLOWMO")), ReducedMotion::system(), Tools::rendering, parent) {}
+    : Motion(slowFactor(std::getenv("SORRELIN_SLOWMO")), Tools::rendering ? true : ReducedMotion::system(), Tools::rendering,
+             parent) {}
 
 Motion::Motion(double slow, bool reduced, bool rendering, QObject* parent)
     : QObject(parent), slowValue(slow), reducedValue(reduced), renderingValue(rendering) {}

@@ -219,6 +219,23 @@ TEST(ScanCycle, FreedIsNeverNegativeAndAWindowCleanGetsItsSheet) {
     EXPECT_EQ(m.cleanSummary()->items.size(), 1u);
 }
 
+// The sheet of a dry run must say what the clean pretended, not the unchanged free space, so
+// its summary says it was one.
+TEST(ScanCycle, AWindowCleansSummaryTellsTheSheetWhetherItWasADryRun) {
+    for (bool dry : {false, true}) {
+        AppHarness h;
+        cachesAndAProject(h.home);
+        AppModel& m = h.make([dry](AppSetup& s) { s.remover.dryRun.on = dry; });
+        ASSERT_TRUE(h.scanToEnd());
+        m.clean(m.selectedItems(), "window");
+        ASSERT_TRUE(h.finishClean());
+        const QVariantMap summary = m.cleanSummaryValue().toMap();
+        EXPECT_EQ(summary.value("dryRun").toBool(), dry);
+        EXPECT_EQ(summary.value("before").toLongLong(), 500 * GB);
+        EXPECT_EQ(FS::exists(h.home.path(".cache/oldtool")), dry) << "a dry run touches nothing";
+    }
+}
+
 TEST(ScanCycle, EmptyingTheTrashFoldsTheGainIntoTheReportAndRunsOnce) {
     AppHarness h;
     h.home.file("Downloads/old.iso", 3 * MB);

@@ -266,3 +266,35 @@ TEST(AppModelState, ScanFractionFollowsTheLastScansFolderCount) {
     EXPECT_EQ(m.scanFraction(), 0.0); // finding, nothing checked yet, against the stored count
     h.gate.release();
 }
+
+// Pictures show what a scan finds with its defaults, whatever the staleness rules or the
+// user's earlier choices said, and never tick what something runs in.
+TEST(AppModelState, PicturesTickTheDefaultsOfUnlockedItemsAndDateTheScanNow) {
+    AppHarness h;
+    twoCaches(h.home);
+    projectIn(h.home, "code/idle", 21 * MB);
+    projectIn(h.home, "code/busy", 22 * MB);
+    h.facts.procs = {{4242, "node", h.home.path("code/busy"), "/usr/bin/node"}};
+    AppModel& m = h.make();
+    ASSERT_TRUE(h.scanToEnd());
+    ASSERT_EQ(m.items().size(), 4u);
+    for (const auto& i : m.items())
+        if (!i.isLocked() && m.selected().contains(i.id)) m.toggle(i); // the user unticked everything
+    h.clock.advance(3600);
+
+    m.settleForPictures(14);
+    std::set<std::string> expected;
+    for (const auto& i : m.items())
+        if (i.defaultOn && !i.isLocked()) expected.insert(i.id);
+    EXPECT_FALSE(expected.empty());
+    EXPECT_EQ(m.selected(), expected);
+    for (const auto& i : m.items()) {
+        if (i.isLocked()) {
+            EXPECT_FALSE(m.selected().contains(i.id)) << i.id;
+        }
+    }
+    EXPECT_EQ(m.lastScan(), h.clock.now());
+    EXPECT_EQ(m.lastScanSeconds(), 14);
+    m.settleForPictures(0);
+    EXPECT_EQ(m.lastScanSeconds(), 1); // a scan never took no time
+}

@@ -1,4 +1,5 @@
-// `--render DIR` on a generated home: whatever it draws, it changes nothing of the user's.
+// `--render DIR` on a generated home: the pictures of the screens at the window's size, and
+// nothing of the user's changed by making them.
 #include "foundation/FS.h"
 #include "support/RunProgram.h"
 #include "support/TempTree.h"
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 
 namespace {
@@ -19,17 +21,45 @@ std::vector<std::string> filesBelow(const std::string& root) {
     return out;
 }
 
+// Width and height from a PNG's header, or {0, 0} when the file is not a PNG.
+std::pair<int, int> pngSize(const std::string& path) {
+    unsigned char head[24] = {};
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f) return {0, 0};
+    const size_t got = std::fread(head, 1, sizeof head, f);
+    std::fclose(f);
+    const unsigned char magic[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+    if (got < sizeof head || !std::equal(magic, magic + 8, head)) return {0, 0};
+    auto be = [&](int at) { return (head[at] << 24) | (head[at + 1] << 16) | (head[at + 2] << 8) | head[at + 3]; };
+    return {be(16), be(20)};
+}
+
 } // namespace
 
-TEST(RenderE2E, RenderingWritesNoSettingsOrDataFiles) {
+TEST(RenderE2E, WritesEveryScreenAtTheWindowSizeAndChangesNothingOfTheUsers) {
     TempTree home;
     TempTree pictures;
     home.text("Downloads/notes.txt", "hello");
+    home.file(".cache/oldtool/blob", 3 << 20);
+    home.text("code/site/package.json", "{}");
+    home.dir("code/site/.git");
+    home.file("code/site/node_modules/pkg/index.js", 2 << 20);
     auto env = homeEnvironment(home.root());
     const auto before = filesBelow(home.root());
-    auto run = runProgram(SORRELIN_EXE, {"--render", pictures.root()}, env);
+    auto run = runProgram(SORRELIN_EXE, {"--render", pictures.root(), "--no-growth"}, env);
     EXPECT_EQ(run.status, 0) << run.out << run.err;
-    EXPECT_EQ(filesBelow(home.root()), before);
-    // Until the screens exist there is nothing to draw, and so nothing is written.
-    EXPECT_TRUE(filesBelow(pictures.root()).empty());
+    EXPECT_EQ(filesBelow(home.root()), before) << "rendering wrote into the home folder";
+
+    const auto written = filesBelow(pictures.root());
+    for (const char* name : {"Home.png", "Storage.png", "Clean.png", "Projects.png", "Speed.png", "Week.png", "confirm.png",
+                             "restart.png"}) {
+        EXPECT_TRUE(std::find(written.begin(), written.end(), name) != written.end()) << name << " missing\n" << run.err;
+        // 1060 by 760 points at a pixel ratio of 2.
+        EXPECT_EQ(pngSize(pictures.path(name)), std::make_pair(2120, 1520)) << name;
+    }
+    // The tray panel, 340 points wide and as tall as its sections, before and after the scan.
+    for (const char* name : {"menu.png", "menu-first.png"}) {
+        EXPECT_TRUE(std::find(written.begin(), written.end(), name) != written.end()) << name << " missing\n" << run.err;
+        EXPECT_EQ(pngSize(pictures.path(name)).first, 680) << name;
+    }
 }

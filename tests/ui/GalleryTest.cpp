@@ -1,6 +1,7 @@
 // Every control of the design language, drawn by the picture harness. The pictures land in the
 // build folder for a person to look at; the test holds what a machine can check: every page
 // builds without a single QML warning, at the window's size, and is not blank.
+#include "QmlWarnings.h"
 #include "ui/Pictures.h"
 #include "ui/UiEngine.h"
 
@@ -10,32 +11,19 @@
 #include <QSet>
 #include <QStringList>
 
-#include <mutex>
+#include <optional>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-std::mutex warningsLock;
-QStringList warnings;
-
-void collect(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    if (type == QtDebugMsg || type == QtInfoMsg) return;
-    std::lock_guard lock(warningsLock);
-    warnings << text;
-}
-
-} // namespace
 
 TEST(Gallery, EveryPageOfControlsRendersCleanly) {
     Pictures::Renderer renderer;
     const QDir out(SORRELIN_PICTURES);
     const int pages = 3;
     for (int page = 0; page < pages; ++page) {
-        warnings.clear();
-        QtMessageHandler previous = qInstallMessageHandler(collect);
+        std::optional<QmlWarnings> collecting(std::in_place);
         QImage image = renderer.draw({UiEngine::url("Gallery.qml"), QSize(1060, 760), {{"page", page}}});
-        qInstallMessageHandler(previous);
+        const QStringList warnings = collecting->taken();
+        collecting.reset();
         ASSERT_FALSE(image.isNull()) << renderer.error().toStdString();
         EXPECT_TRUE(warnings.isEmpty()) << "page " << page << ":\n" << warnings.join('\n').toStdString();
         EXPECT_EQ(image.size(), QSize(2120, 1520));

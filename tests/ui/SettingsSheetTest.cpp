@@ -115,3 +115,17 @@ TEST(SettingsSheet, SwitchesAndTheLabelStyleReachThePreferencesAndThePreview) {
     EXPECT_FALSE(screen.model().settingsOpen());
     screen.picture("settings-generated.png");
 }
+
+// Over the window at its smallest size the sheet stands whole, with room around it.
+TEST(SettingsSheet, FitsTheWindowAtItsSmallestSize) {
+    ScreenHarness screen;
+    screen.model().setSettingsOpen(true);
+    ASSERT_TRUE(screen.show("MainView.qml", QSize(1060, 760)));
+    QQuickItem* sheet = screen.find("settingsSheet");
+    ASSERT_TRUE(sheet);
+    ASSERT_TRUE(ScreenHarness::waitUntil([&] { return sheet->isVisible() && sheet->height() > 0; }));
+    const QRectF box = sheet->mapRectToScene(QRectF(0, 0, sheet->width(), sheet->height()));
+    EXPECT_TRUE(QRectF(12, 12, 1060 - 24, 760 - 24).contains(box))
+        << box.x() << "," << box.y() << " " << box.width() << "x" << box.height();
+    screen.picture("settings-in-window.png");
+}

@@ -57,6 +57,10 @@ std::vector<Picture> pictures() {
     std::vector<Picture> list;
     for (Tab tab : Tabs::allCases)
         list.push_back(window(QString::fromStdString(std::string(Tabs::title(tab))) + ".png", [tab](AppModel& m) { plain(m, tab); }));
+    list.push_back(window("speed-memory.png", [](AppModel& m) {
+        plain(m, Tab::speed);
+        m.setWhoMode(AppModel::WhoMode::memory);
+    }));
     list.push_back(window("confirm.png", [](AppModel& m) {
         plain(m, Tab::clean);
         m.setConfirming(true);

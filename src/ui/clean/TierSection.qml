@@ -20,6 +20,8 @@ ColumnLayout {
     readonly property int count: items ? items.count : 0
     readonly property int shown: CleanWords.shownRows(count, expanded)
     readonly property real maxSize: {
+        // A rescan changes sizes in place; the scan's date marks that.
+        if (model) model.lastScan;
         let most = 1;
         for (let row = 0; row < count; ++row) most = Math.max(most, items.get(row).size);
         return most;

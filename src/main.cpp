@@ -1,9 +1,10 @@
 #include "tools/Tools.h"
 #include "ui/ScreenPictures.h"
+#include "ui/art/AppIcon.h"
+#include "ui/shell/DesktopApp.h"
 
 #include <QtQml/qqmlextensionplugin.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -11,10 +12,10 @@ Q_IMPORT_QML_PLUGIN(SorrelinPlugin)
 
 int main(int argc, char** argv) {
     std::vector<std::string> arguments(argv, argv + argc);
-    // Pictures of the screens need the window's code, which the reports do not link against.
-    if (Tools::Job job = Tools::choose(arguments); job.kind == Tools::Job::Kind::render)
-        return ScreenPictures::run(argc, argv, job.value, job.growth);
+    // Pictures need the window's code, which the reports do not link against.
+    const Tools::Job job = Tools::choose(arguments);
+    if (job.kind == Tools::Job::Kind::render) return ScreenPictures::run(argc, argv, job.value, job.growth);
+    if (job.kind == Tools::Job::Kind::makeIcon) return AppIcon::run(argc, argv, job.value);
     if (Tools::handle(arguments)) return 0;
-    std::fprintf(stderr, "Sorrelin's window is not part of this build yet. Run it with --scan for the cleaning report.\n");
-    return 0;
+    return DesktopApp::run(argc, argv);
 }

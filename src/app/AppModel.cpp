@@ -2,6 +2,7 @@
 // low-space watch.
 #include "app/AppModel.h"
 
+#include "app/AlertNotifier.h"
 #include "app/AppLists.h"
 #include "app/RealClock.h"
 #include "foundation/FS.h"
@@ -54,6 +55,11 @@ AppModel::AppModel(AppSetup s, QObject* parent)
         tierLists[static_cast<std::size_t>(Tiers::id(t))] = list<CleanItem>(AppLists::cleanItemKey, AppLists::cleanItemRoles(*this), this);
     monitor_->clock = [this] { return now(); };
     monitor_->changed = [this] { monitorSampled(); };
+    // Alerts are decided at each closed minute, against the history's 20-hour memory.
+    monitor_->minuteClosed = [this](Monitor& m) {
+        AlertNotifier poster(setup.notifier);
+        Alerts::evaluate(m, *history_, poster, now(), setup.cores);
+    };
     disk_ = setup.readDisk ? setup.readDisk() : DiskInfo{};
     loginItemOn_ = FS::exists(setup.loginItemFile);
     growth_ = history_->data.growth;

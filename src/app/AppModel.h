@@ -54,7 +54,7 @@
 //     dismissSummary, run, snooze, runSafe, quitFromAlert, restartNow, remindRestart,
 //     moveToTrash, armTrash, armQuickClean, armFreeProject, stopProjectLeftovers, holdToast,
 //     runToastAction, measureStorage, measureStorageIfStale, stopStorage, refreshGrowth,
-//     refreshGrowthIfStale, refreshProjects, setLive, showWindow, openSettings, refillNote,
+//     refreshGrowthIfStale, refreshProjects, setLive, showWindow, openSettings, setLoginItem, refillNote,
 //     freedShareWithin, canTrash.
 //   For the desktop: menuBarReady(open) hands in what opens the window; showWindow calls it.
 #include "app/AppClock.h"
@@ -332,6 +332,9 @@ public:
     void showWindow(std::optional<Tab> tab);
     Q_INVOKABLE void showWindow(int tab = -1);
     Q_INVOKABLE void openSettings();
+    // Writes or removes the autostart entry, then shows what is on disk: a failed write
+    // leaves the switch off.
+    Q_INVOKABLE void setLoginItem(bool on);
     // The desktop hands in what opens the window once it can; a launch by hand then opens it.
     void menuBarReady(std::function<void()> open);
 
@@ -366,6 +369,9 @@ public:
     [[nodiscard]] Monitor& monitor() { return *monitor_; }
     [[nodiscard]] const Monitor& monitor() const { return *monitor_; }
     [[nodiscard]] const AppSetup& environment() const { return setup; }
+    // The desktop's notifier, handed in once the program knows it runs on a desktop; before
+    // `start`, so that a pending restart reminder reaches it.
+    void attachNotifier(Notifier* notifier) { setup.notifier = notifier; }
     [[nodiscard]] bool warned() const { return warned_; }
     [[nodiscard]] bool warnedCritical() const { return warnedCritical_; }
     [[nodiscard]] const std::map<std::string, bool>& overrides() const { return overrides_; }

@@ -2,6 +2,7 @@
 // a notification: the low-space warning and the evening restart reminder.
 #include "app/AppModel.h"
 
+#include "app/LoginItem.h"
 #include "app/Notifications.h"
 #include "foundation/Fmt.h"
 #include "foundation/Log.h"
@@ -56,6 +57,11 @@ void AppModel::showWindow(int tab) { showWindow(Tabs::fromRaw(tab)); }
 void AppModel::openSettings() {
     showWindow(std::nullopt);
     setSettingsOpen(true);
+}
+
+void AppModel::setLoginItem(bool on) {
+    LoginItem::set(setup.loginItemFile, on, setup.executable);
+    put(loginItemOn_, LoginItem::isEnabled(setup.loginItemFile), &AppModel::loginItemOnChanged);
 }
 
 void AppModel::menuBarReady(std::function<void()> open) {

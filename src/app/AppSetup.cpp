@@ -31,7 +31,8 @@ AppSetup AppSetup::host(AppClock& clock) {
     s.runningApps = [] { return Scanner::runningApps(); };
     s.scan = scanner(s.layout, *s.facts, *s.bundles);
     s.cores = Probe::cores();
-    s.loginItemFile = s.layout.configHome + "/autostart/app.sorrelin.Sorrelin.desktop";
+    s.loginItemFile = s.layout.loginItem;
+    s.executable = FS::readLink("/proc/self/exe").value_or("");
     return s;
 }
 
@@ -50,6 +51,6 @@ AppSetup AppSetup::forHome(const std::string& home, const std::string& supportDi
     s.runningApps = [] { return std::vector<Scanner::RunningId>{}; };
     s.scan = scanner(s.layout, *s.facts, *s.bundles);
     s.cores = Probe::cores();
-    s.loginItemFile = s.layout.configHome + "/autostart/app.sorrelin.Sorrelin.desktop";
+    s.loginItemFile = s.layout.loginItem;
     return s;
 }

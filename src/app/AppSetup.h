@@ -53,8 +53,9 @@ struct AppSetup {
     ScanJob scan;
     Advise advise = Advisor::recommendations;
     int cores = 1;
-    // The autostart entry whose presence is the login item's state.
+    // The autostart entry whose presence is the login item's state, and the program it starts.
     std::string loginItemFile;
+    std::string executable;
 
     // The running program: the host's layout, the real machine and support folder.
     [[nodiscard]] static AppSetup host(AppClock& clock);

@@ -107,7 +107,7 @@ Layout Layout::linux(const std::string& home, const Env& env) {
     l.snapApps = home + "/snap";
     l.trash = l.dataHome + "/Trash";
     l.supportDir = l.dataHome + "/sorrelin";
-    l.loginItem = l.configHome + "/autostart/sorrelin.desktop";
+    l.loginItem = l.configHome + "/autostart/app.sorrelin.Sorrelin.desktop";
 
     auto dirs = env ? readUserDirs(l.configHome + "/user-dirs.dirs", home, givenHome(env)) : std::map<std::string, std::string>{};
     auto user = [&](const char* key, const char* fallback) {

@@ -1,4 +1,5 @@
-// Pictures of the screens and the package artwork; they come with the window.
+// Pictures of the screens and the package artwork are drawn by the window's code: main.cpp sends
+// --render and --make-icon there before the arguments reach Tools::handle.
 #include "tools/Tools.h"
 
 void Tools::render(const std::string&, bool) {}

@@ -10,7 +10,7 @@ TEST(Layout, LinuxDefaultsAndXdgVariables) {
     EXPECT_EQ(plain.trash, "/home/ann/.local/share/Trash");
     EXPECT_EQ(plain.supportDir, "/home/ann/.local/share/sorrelin");
     EXPECT_EQ(plain.movies, "/home/ann/Videos");
-    EXPECT_EQ(plain.loginItem, "/home/ann/.config/autostart/sorrelin.desktop");
+    EXPECT_EQ(plain.loginItem, "/home/ann/.config/autostart/app.sorrelin.Sorrelin.desktop");
     EXPECT_TRUE(plain.logs.empty());
 
     TempTree t;

@@ -73,13 +73,13 @@ PrivateBus::~PrivateBus() { stop(); }
 
 void PrivateBus::stop() { end(pid, SIGTERM); }
 
-PrivateDisplay::PrivateDisplay(std::optional<int> at, const std::string& authFile) {
+PrivateDisplay::PrivateDisplay(std::optional<int> at, const std::string& authFile, const std::string& screen) {
     int fds[2];
     if (pipe(fds) != 0) return;
     std::vector<std::string> argv = {"Xvfb"};
     if (at) argv.push_back(":" + std::to_string(*at));
     // The server writes its display number once it accepts clients.
-    argv.insert(argv.end(), {"-displayfd", std::to_string(fds[1]), "-nolisten", "tcp", "-screen", "0", "320x240x24"});
+    argv.insert(argv.end(), {"-displayfd", std::to_string(fds[1]), "-nolisten", "tcp", "-screen", "0", screen});
     if (!authFile.empty()) argv.insert(argv.end(), {"-auth", authFile});
     pid = spawn(argv, {}, -1, fds[0]);
     close(fds[1]);

@@ -27,8 +27,10 @@ public:
 class PrivateDisplay {
 public:
     // A new server on a free display number, or on `number` (a server that was stopped comes
-    // back at the same place). `authFile` makes it accept only clients with the cookie in it.
-    explicit PrivateDisplay(std::optional<int> number = std::nullopt, const std::string& authFile = {});
+    // back at the same place). `authFile` makes it accept only clients with the cookie in it;
+    // `screen` is its size and depth, as Xvfb reads them.
+    explicit PrivateDisplay(std::optional<int> number = std::nullopt, const std::string& authFile = {},
+                            const std::string& screen = "320x240x24");
     ~PrivateDisplay();
     PrivateDisplay(const PrivateDisplay&) = delete;
     PrivateDisplay& operator=(const PrivateDisplay&) = delete;

@@ -179,6 +179,7 @@ Roles<StorageCategory> categoryRoles() {
         {"colour", [](const StorageCategory& c) { return QVariant(text(StorageKinds::colour(c.kind))); }},
         {"bytes", [](const StorageCategory& c) { return QVariant(qint64(c.bytes)); }},
         {"unreadable", [](const StorageCategory& c) { return QVariant(c.unreadable); }},
+        {"unreadableFolders", [](const StorageCategory& c) { return QVariant(texts(c.unreadableFolders)); }},
         {"canTrash", [](const StorageCategory& c) { return QVariant(StorageKinds::canTrash(c.kind)); }},
         {"items", [](const StorageCategory& c) {
              QVariantList out;

@@ -41,7 +41,8 @@
 //       itemIDs state armed failed
 //     projects: id name path apps claude mcp ports editors leftovers memory build idleBuild
 //       idleItemIDs running lastChange isOlder recentlyChanged freed armed
-//     storageCategories: id kind title blurb symbol colour bytes unreadable canTrash items
+//     storageCategories: id kind title blurb symbol colour bytes unreadable unreadableFolders canTrash
+//       items
 //     storageBiggest: id name path bytes kind kindTitle symbol category modified opened trashing
 //     storageApps: id name path bundleID appBytes dataBytes total lastUsed
 //     appUsage, slowApps: id name bundlePath bundleID mainPID pids cores memory started

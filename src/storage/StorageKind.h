@@ -26,7 +26,7 @@ inline constexpr std::array<StorageKind, 16> allCases{
 // The words a person reads: each platform names its own system and folders.
 [[nodiscard]] std::string_view title(StorageKind kind, Platform platform = Platform::linux);
 [[nodiscard]] std::string_view blurb(StorageKind kind, Platform platform = Platform::linux);
-// A symbol name of the design language, and a six-digit RGB colour or a palette name.
+// A symbol name of the design language, and a palette name or a "#RRGGBB" colour.
 [[nodiscard]] std::string_view symbol(StorageKind kind);
 [[nodiscard]] std::string_view colour(StorageKind kind);
 // The folder a click on the category opens, where there is one.

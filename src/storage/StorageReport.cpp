@@ -54,7 +54,7 @@ StorageReport StorageReport::moving(const std::string& path, int64_t bytes) cons
     auto trash = std::find_if(r.categories.begin(), r.categories.end(),
                               [](const StorageCategory& c) { return c.kind == StorageKind::trash; });
     if (trash != r.categories.end()) trash->bytes += bytes;
-    else r.categories.push_back(StorageCategory{StorageKind::trash, bytes, {}, 0});
+    else r.categories.push_back(StorageCategory{StorageKind::trash, bytes, {}, 0, {}});
     std::stable_sort(r.categories.begin(), r.categories.end(),
                      [](const StorageCategory& a, const StorageCategory& b) { return a.bytes > b.bytes; });
     return r;

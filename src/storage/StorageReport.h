@@ -31,6 +31,10 @@ struct StorageCategory {
     int64_t bytes = 0;
     std::vector<StorageItem> items; // biggest first
     int unreadable = 0;             // entries the walk could not read
+    // The first of them by path, so the map can name what it could not measure.
+    std::vector<std::string> unreadableFolders;
+
+    static constexpr std::size_t namedUnreadable = 12;
 
     [[nodiscard]] std::string_view id() const { return StorageKinds::raw(kind); }
     friend bool operator==(const StorageCategory&, const StorageCategory&) = default;

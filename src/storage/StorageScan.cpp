@@ -42,6 +42,7 @@ struct StorageScan::Tally {
     int64_t total = 0;
     int count = 0;
     int bad = 0;
+    std::vector<std::string> badPaths; // the first of them, for the map to name
     std::vector<BigFile> found;
     std::map<std::string, int64_t> projectBytes;
     std::map<std::string, int64_t> fileRows; // a split folder's files, by name
@@ -73,7 +74,8 @@ public:
             return Walker::Enter{scan.claimParents.contains(unit.path) ? uintptr_t(1) : 0, false};
         if (unit.selfOnly) return std::nullopt;
         if (e.error) {
-            if (unit.countsUnreadable) ++t.bad;
+            if (unit.countsUnreadable && ++t.bad <= int(StorageCategory::namedUnreadable))
+                t.badPaths.push_back(e.level == 0 ? unit.path : e.path());
             return std::nullopt;
         }
         Walker::Enter enter;
@@ -236,6 +238,8 @@ void StorageScan::merge(const Unit& unit, bool isFolder, Tally& t) {
         it->second.bytes += bytes;
     }
     if (t.bad > 0) unreadable[unit.kind] += t.bad;
+    auto& named = unreadableFolders[unit.kind];
+    named.insert(named.end(), std::make_move_iterator(t.badPaths.begin()), std::make_move_iterator(t.badPaths.end()));
     files += t.count;
     if (!t.found.empty()) {
         big.insert(big.end(), std::make_move_iterator(t.found.begin()), std::make_move_iterator(t.found.end()));
@@ -293,12 +297,14 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
     std::map<StorageKind, int64_t> totalsCopy;
     std::map<std::pair<StorageKind, std::string>, Entry> entriesCopy;
     std::map<StorageKind, int> unreadableCopy;
+    std::map<StorageKind, std::vector<std::string>> unreadableFoldersCopy;
     StorageReport r;
     {
         std::lock_guard guard(lock);
         totalsCopy = totals;
         entriesCopy = entries;
         unreadableCopy = unreadable;
+        unreadableFoldersCopy = unreadableFolders;
         r.biggest = big;
         r.files = files;
     }
@@ -316,7 +322,12 @@ StorageReport StorageScan::snapshot(bool complete, std::vector<AppSize> appList)
         std::stable_sort(rows.begin(), rows.end(),
                          [](const StorageItem& a, const StorageItem& b) { return a.bytes > b.bytes; });
         if (rows.size() > cut) rows.resize(cut);
-        r.categories.push_back(StorageCategory{kind, total, std::move(rows), bad});
+        // Walks of one kind run side by side: the names are sorted so that a report does not
+        // depend on which walk came first.
+        auto& named = unreadableFoldersCopy[kind];
+        std::sort(named.begin(), named.end());
+        if (named.size() > StorageCategory::namedUnreadable) named.resize(StorageCategory::namedUnreadable);
+        r.categories.push_back(StorageCategory{kind, total, std::move(rows), bad, std::move(named)});
     }
     std::stable_sort(r.categories.begin(), r.categories.end(),
                      [](const StorageCategory& a, const StorageCategory& b) { return a.bytes > b.bytes; });
@@ -407,7 +418,7 @@ StorageReport StorageScan::run(const Progress& onProgress) {
             int64_t sum = 0;
             for (const auto& row : v->rows) sum += row.bytes;
             if (sum >= 1) {
-                report.categories.push_back(StorageCategory{StorageKind::macOS, sum, v->rows, 0});
+                report.categories.push_back(StorageCategory{StorageKind::macOS, sum, v->rows, 0, {}});
                 std::stable_sort(report.categories.begin(), report.categories.end(),
                                  [](const StorageCategory& a, const StorageCategory& b) { return a.bytes > b.bytes; });
             }

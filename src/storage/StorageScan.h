@@ -161,6 +161,7 @@ private:
     // Rows by kind and key: a project at the top of Documents is a row of both.
     std::map<std::pair<StorageKind, std::string>, Entry> entries;
     std::map<StorageKind, int> unreadable;
+    std::map<StorageKind, std::vector<std::string>> unreadableFolders;
     std::vector<BigFile> big;
     int64_t bigFloor = initialFloor;
     int files = 0;

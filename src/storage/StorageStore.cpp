@@ -52,7 +52,9 @@ StorageItem decodeItem(const json& j) {
 json encodeCategory(const StorageCategory& c) {
     json items = json::array();
     for (const auto& i : c.items) items.push_back(encodeItem(i));
-    return json{{"kind", StorageKinds::raw(c.kind)}, {"bytes", c.bytes}, {"items", items}, {"unreadable", c.unreadable}};
+    json j{{"kind", StorageKinds::raw(c.kind)}, {"bytes", c.bytes}, {"items", items}, {"unreadable", c.unreadable}};
+    if (!c.unreadableFolders.empty()) j["unreadableFolders"] = c.unreadableFolders;
+    return j;
 }
 
 StorageCategory decodeCategory(const json& j) {
@@ -62,6 +64,9 @@ StorageCategory decodeCategory(const json& j) {
     c.bytes = integer(need(j, "bytes"));
     for (const auto& i : array(need(j, "items"))) c.items.push_back(decodeItem(i));
     c.unreadable = count(need(j, "unreadable"));
+    // Files written before the folders were named have counts only.
+    if (auto v = maybe(j, "unreadableFolders"))
+        for (const auto& f : array(*v)) c.unreadableFolders.push_back(text(f));
     return c;
 }
 

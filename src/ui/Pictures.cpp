@@ -11,6 +11,9 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
+#include <algorithm>
+#include <cmath>
+
 namespace Pictures {
 
 Renderer::Renderer() : qml(std::make_unique<QQmlEngine>()) {
@@ -31,7 +34,6 @@ QImage Renderer::draw(const Scene& scene) {
     }
     QQuickWindow window;
     window.setColor(Qt::transparent);
-    window.resize(scene.size);
     std::unique_ptr<QObject> root(component.createWithInitialProperties(scene.properties, qml->rootContext()));
     auto* item = qobject_cast<QQuickItem*>(root.get());
     if (!item) {
@@ -39,13 +41,21 @@ QImage Renderer::draw(const Scene& scene) {
         return {};
     }
     item->setParentItem(window.contentItem());
-    item->setSize(scene.size);
+    const bool fits = scene.size.height() <= 0;
+    auto place = [&] {
+        QSize size = scene.size;
+        if (fits) size.setHeight(std::max(1, int(std::ceil(item->implicitHeight()))));
+        window.resize(size);
+        item->setSize(size);
+    };
+    place();
 
     // Images, text layout and bindings may take a few frames to settle; take the first frame
     // that equals the one before it, and the last one after a bounded number of tries.
     QImage previous;
     for (int attempt = 0; attempt < 20; ++attempt) {
         QCoreApplication::processEvents();
+        if (fits) place(); // the root's height settles with its layout
         QImage frame = window.grabWindow();
         if (frame.isNull()) {
             lastError = QStringLiteral("the window could not be grabbed");

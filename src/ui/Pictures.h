@@ -15,7 +15,8 @@ namespace Pictures {
 
 struct Scene {
     QUrl source;            // a QML file whose root is an Item
-    QSize size;             // in points; the picture has size × device pixel ratio pixels
+    QSize size;             // in points; the picture has size × device pixel ratio pixels. A height
+                            // of 0 takes the root's own height (a panel as tall as its sections).
     QVariantMap properties; // set on the root as it is created
 };
 

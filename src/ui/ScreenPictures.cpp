@@ -30,6 +30,13 @@ Picture window(const QString& file, std::function<void(AppModel&)> state) {
     return {file, {UiEngine::url("MainView.qml"), windowSize, {}}, std::move(state)};
 }
 
+// The tray panel, drawn as the settings sheet previews it: a picture asks the monitor for no
+// faster sampling.
+Picture panel(const QString& file) {
+    return {file, {UiEngine::url("panel/MenuBarView.qml"), panelSize, {{QStringLiteral("preview"), true}}},
+            [](AppModel& m) { m.refreshDisk(); }};
+}
+
 // Lets queued results land until `done` holds; a job that never ends gives up after a minute
 // rather than hang the option.
 void settle(AppModel& m, const std::function<bool()>& done) {
@@ -62,8 +69,11 @@ std::vector<Picture> pictures() {
         plain(m, Tab::speed);
         m.setRestartSheet(true);
     }));
+    list.push_back(panel("menu.png"));
     return list;
 }
+
+std::vector<Picture> firstPictures() { return {panel("menu-first.png")}; }
 
 void prepare(AppModel& m, bool growth) {
     m.scan();
@@ -105,6 +115,7 @@ int run(int argc, char** argv, const std::string& folder, bool growth) {
     QGuiApplication app(argc, argv);
     AppModel& model = AppModel::shared();
     App::use(&model, &Prefs::shared());
+    (void)write(model, firstPictures(), QString::fromStdString(folder));
     prepare(model, growth);
     (void)write(model, pictures(), QString::fromStdString(folder));
     return 0;

@@ -16,6 +16,8 @@ namespace ScreenPictures {
 
 // The default size of the main window, in points.
 inline constexpr QSize windowSize{1060, 760};
+// The tray panel: its width, and as tall as the sections it holds.
+inline constexpr QSize panelSize{340, 0};
 
 // A picture to write: its file name in the folder, the scene that draws it and what puts the
 // model in the state it shows (each picture sets every state it depends on, so the order of the
@@ -29,6 +31,8 @@ struct Picture {
 // The pictures of the screens, in the order they are written: one per tab named by its title,
 // then the further states.
 [[nodiscard]] std::vector<Picture> pictures();
+// The pictures of the time before the first scan, written before the model is filled.
+[[nodiscard]] std::vector<Picture> firstPictures();
 
 // Fills the model as the pictures show it: a whole scan with its defaults ticked, the scan
 // dated now, two samples of the processes, the project cards with the shared-package check,

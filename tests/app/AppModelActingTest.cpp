@@ -230,7 +230,7 @@ TEST(Acting, MovingOnePathTwiceMovesItOnceAndUndoRestoresTheStorageReport) {
     row.name = "film.mkv";
     row.path = film;
     row.bytes = 4 * MB;
-    StorageCategory movies{StorageKind::movies, 4 * MB, {row}, 0};
+    StorageCategory movies{StorageKind::movies, 4 * MB, {row}, 0, {}};
     before.categories = {movies};
     before.biggest = {BigFile{"film.mkv", film, 4 * MB, FileKind::video, StorageKind::movies, std::nullopt, std::nullopt}};
     StorageStore::save(before, h.support.root());

@@ -57,4 +57,9 @@ TEST(RenderE2E, WritesEveryScreenAtTheWindowSizeAndChangesNothingOfTheUsers) {
         // 1060 by 760 points at a pixel ratio of 2.
         EXPECT_EQ(pngSize(pictures.path(name)), std::make_pair(2120, 1520)) << name;
     }
+    // The tray panel, 340 points wide and as tall as its sections, before and after the scan.
+    for (const char* name : {"menu.png", "menu-first.png"}) {
+        EXPECT_TRUE(std::find(written.begin(), written.end(), name) != written.end()) << name << " missing\n" << run.err;
+        EXPECT_EQ(pngSize(pictures.path(name)).first, 680) << name;
+    }
 }

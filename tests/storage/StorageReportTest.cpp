@@ -17,9 +17,9 @@ StorageReport sample() {
     r.diskUsed = 1000;
     r.files = 12;
     r.categories = {
-        StorageCategory{StorageKind::documents, 600, {row("work", "/h/Documents/work", 500), row("a.pdf", "/h/Documents/a.pdf", 100)}, 0},
-        StorageCategory{StorageKind::projects, 300, {row("work", "/h/Documents/work", 300)}, 0},
-        StorageCategory{StorageKind::trash, 50, {row("Trash", "/h/.Trash", 50)}, 0},
+        StorageCategory{StorageKind::documents, 600, {row("work", "/h/Documents/work", 500), row("a.pdf", "/h/Documents/a.pdf", 100)}, 0, {}},
+        StorageCategory{StorageKind::projects, 300, {row("work", "/h/Documents/work", 300)}, 0, {}},
+        StorageCategory{StorageKind::trash, 50, {row("Trash", "/h/.Trash", 50)}, 0, {}},
     };
     r.biggest = {BigFile{"big.mov", "/h/Documents/work/big.mov", 200, FileKind::video, StorageKind::documents, {}, {}},
                  BigFile{"a.pdf", "/h/Documents/a.pdf", 100, FileKind::document, StorageKind::documents, {}, {}}};

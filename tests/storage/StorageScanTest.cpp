@@ -527,13 +527,20 @@ TEST(StorageScan, UnreadableFoldersAreCountedAndTheRestGoesOn) {
     home.file("Documents/open/a", 5000);
     home.file("Documents/shut/b", 5000);
     home.file("Documents/listable/c", 5000);
+    home.file("Documents/deep/er/d", 5000);
     chmod(home.path("Documents/shut").c_str(), 0);
     chmod(home.path("Documents/listable").c_str(), 0444); // its names can be read, nothing in it reached
+    chmod(home.path("Documents/deep/er").c_str(), 0);
     StorageReport r = walk(isolated(home.root()));
     chmod(home.path("Documents/shut").c_str(), 0755);
     chmod(home.path("Documents/listable").c_str(), 0755);
+    chmod(home.path("Documents/deep/er").c_str(), 0755);
     ASSERT_TRUE(r.category(StorageKind::documents));
-    EXPECT_EQ(r.category(StorageKind::documents)->unreadable, 2);
+    EXPECT_EQ(r.category(StorageKind::documents)->unreadable, 3);
+    // The map names them, in path order, whichever walk met them first.
+    EXPECT_EQ(r.category(StorageKind::documents)->unreadableFolders,
+              (std::vector<std::string>{home.path("Documents/deep/er"), home.path("Documents/listable"),
+                                        home.path("Documents/shut")}));
     EXPECT_TRUE(row(r, StorageKind::documents, home.path("Documents/open")));
 }
 

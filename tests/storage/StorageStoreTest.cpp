@@ -16,7 +16,8 @@ StorageReport full() {
     r.diskUsed = 300 * GB;
     r.diskReserved = 25 * GB;
     r.categories = {StorageCategory{StorageKind::assets, 9 * GB,
-                                    {StorageItem{"Fonts", "asset:Fonts", 9 * GB, true, "detail", "/System/Library/AssetsV2"}}, 2}};
+                                    {StorageItem{"Fonts", "asset:Fonts", 9 * GB, true, "detail", "/System/Library/AssetsV2"}}, 2,
+                                    {"/h/Library/Mail", "/h/Library/Safari"}}};
     r.biggest = {BigFile{"a.iso", "/h/a.iso", 4 * GB, FileKind::diskImage, StorageKind::downloads,
                          fromSeconds(1'600'000'000), fromSeconds(1'650'000'000)}};
     r.apps = {AppSize{"Code", "/usr/share/applications/code.desktop", "code", 400 * MB, 2 * GB, fromSeconds(1'690'000'000)},
@@ -51,12 +52,15 @@ TEST(StorageStore, OldFileWithoutVmLoadsOneWithoutFilesDoesNot) {
     j.erase("diskReserved"); // files written before the reserve was told apart
     j["apps"][0].erase("lastUsed");
     j["categories"][0]["items"][0].erase("detail");
+    j["categories"][0].erase("unreadableFolders"); // files written before the folders were named
     auto loaded = StorageStore::decode(j.dump());
     ASSERT_TRUE(loaded);
     EXPECT_FALSE(loaded->vm);
     EXPECT_EQ(loaded->diskReserved, 0);
     EXPECT_FALSE(loaded->apps[0].lastUsed);
     EXPECT_FALSE(loaded->categories[0].items[0].detail);
+    EXPECT_EQ(loaded->categories[0].unreadable, 2);
+    EXPECT_TRUE(loaded->categories[0].unreadableFolders.empty());
 
     auto noFiles = j;
     noFiles.erase("files");
@@ -78,6 +82,9 @@ TEST(StorageStore, UnknownKindsWrongTypesAndBrokenFilesGiveNothing) {
     auto badType = j;
     badType["files"] = "many";
     EXPECT_FALSE(StorageStore::decode(badType.dump()));
+    auto badFolders = j;
+    badFolders["categories"][0]["unreadableFolders"] = nlohmann::json::array({"/h/a", 7});
+    EXPECT_FALSE(StorageStore::decode(badFolders.dump()));
     auto fraction = j;
     fraction["diskUsed"] = 1.5;
     EXPECT_FALSE(StorageStore::decode(fraction.dump()));

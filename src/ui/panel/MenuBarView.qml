@@ -2,43 +2,129 @@ import Sorrelin
 import QtQuick
 import QtQuick.Layouts
 
-// A stand-in for the tray's panel until its sections land: the disk, a scan, the window and
-// the way out. It holds no logic: everything it shows and does is the model's.
+// The tray panel: the sections the user chose, in the chosen order, and a footer with the
+// login switch and the way out. Drawn as a `preview` in the settings sheet it takes no
+// clicks and does not make the monitor sample faster.
 Rectangle {
     id: root
+    property bool preview: false
+
+    readonly property var model: App.model
+    readonly property var sections: App.prefs ? App.prefs.visible : []
+
+    objectName: "menuBarView"
+    implicitWidth: 340
+    implicitHeight: column.implicitHeight + 2
     color: Palette.panel
-    border.color: Palette.panelStroke
-    border.width: 1
     radius: Metrics.radiusLarge
-    implicitWidth: 320
-    implicitHeight: column.implicitHeight + 2 * Metrics.pad
+    border.width: 1
+    border.color: Palette.panelStroke
+    clip: true
+
+    readonly property var kinds: ({
+        freeSpace: freeSpace, status: status, vitals: vitals, nextStep: nextStep,
+        quickClean: quickClean, storage: storage, openApp: openApp
+    })
+    Component { id: freeSpace; FreeSpaceSection {} }
+    Component { id: status; StatusSection {} }
+    Component { id: vitals; VitalsSection {} }
+    Component { id: nextStep; NextStepCard {} }
+    Component { id: quickClean; QuickCleanRow {} }
+    Component { id: storage; StorageRow {} }
+    Component { id: openApp; OpenAppRow {} }
+
+    Component.onCompleted: if (!preview && model) model.setLive("menu", true)
+    Component.onDestruction: if (!preview && model) model.setLive("menu", false)
 
     ColumnLayout {
         id: column
-        anchors { fill: parent; margins: Metrics.pad }
-        spacing: Metrics.gapWide
-        UiText {
-            Layout.fillWidth: true
-            text: Fmt.bytes(App.model.disk.available) + " free" + (App.model.isScanning ? ", scanning" : "")
-            font.pixelSize: Metrics.title
-            font.weight: Font.DemiBold
-            color: App.model.isLow ? Palette.amberText : Palette.text
+        x: 1
+        y: 1
+        width: parent.width - 2
+        spacing: 0
+
+        Repeater {
+            model: root.sections
+            Loader {
+                required property string modelData
+                required property int index
+                objectName: "slot-" + modelData
+                Layout.fillWidth: true
+                sourceComponent: root.kinds[modelData] ?? null
+                onLoaded: item.first = index === 0
+                onIndexChanged: if (item) item.first = index === 0
+            }
         }
-        SecondaryButton {
+
+        ColumnLayout {
+            visible: root.sections.length === 0
             Layout.fillWidth: true
-            text: "Scan"
-            enabled: !App.model.isScanning
-            onClicked: App.model.scan()
+            Layout.margins: 14
+            spacing: Metrics.gap
+            UiText {
+                objectName: "allOff"
+                Layout.fillWidth: true
+                text: "Every section is switched off. Customize brings them back."
+                color: Palette.text3
+                wrapMode: Text.Wrap
+                elide: Text.ElideNone
+            }
+            LinkButton {
+                objectName: "customize"
+                text: "Customize"
+                symbol: "slider.horizontal.3"
+                onClicked: {
+                    root.model.openSettings();
+                    Desktop.closePanel();
+                }
+            }
         }
-        PrimaryButton {
+
+        Rectangle {
             Layout.fillWidth: true
-            text: "Open Sorrelin"
-            onClicked: App.model.showWindow(-1)
+            implicitHeight: footer.implicitHeight + 20
+            color: Palette.footer
+            radius: Metrics.radiusLarge - 1
+            Rectangle { width: parent.width; height: 1; color: Palette.line }
+            Rectangle { y: 1; width: parent.width; height: parent.radius; color: parent.color }
+
+            RowLayout {
+                id: footer
+                anchors.fill: parent
+                anchors.leftMargin: 14
+                anchors.rightMargin: 10
+                spacing: Metrics.gap
+                Toggle {
+                    id: login
+                    objectName: "login"
+                    on: root.model ? root.model.loginItemOn : false
+                    text: "Open at login"
+                    onToggled: on => root.model.setLoginItem(on)
+                }
+                UiText {
+                    Layout.fillWidth: true
+                    text: "Open at login"
+                    color: Palette.text2
+                    font.pixelSize: Metrics.small
+                    TapHandler { onTapped: login.toggled(!login.on) }
+                }
+                LinkButton {
+                    objectName: "quit"
+                    text: "Quit"
+                    color: Palette.text2
+                    size: Metrics.small
+                    onClicked: Desktop.quit()
+                }
+            }
         }
-        SecondaryButton {
-            Layout.fillWidth: true
-            text: "Quit"
-            onClicked: Desktop.quit()
-        }
+    }
+
+    // A preview shows the panel as it will stand; it is not the panel.
+    MouseArea {
+        anchors.fill: parent
+        visible: root.preview
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        preventStealing: true
     }
 }

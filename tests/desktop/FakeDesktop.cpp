@@ -27,10 +27,10 @@ uint FakeNotificationServer::Notify(const QString& app, uint replaces, const QSt
 
 void FakeNotificationServer::CloseNotification(uint id) { close(id, 3); }
 
-QString FakeNotificationServer::GetServerInformation(QString& vendor, QString& version, QString& spec) {
+QString FakeNotificationServer::GetServerInformation(QString& vendor, QString& version, QString& protocolVersion) {
     vendor = QStringLiteral("test");
     version = QStringLiteral("1");
-    spec = QStringLiteral("1.2");
+    protocolVersion = QStringLiteral("1.2");
     return QStringLiteral("recorder");
 }
 

@@ -47,7 +47,7 @@ public slots:
     uint Notify(const QString& app, uint replaces, const QString& icon, const QString& summary, const QString& body,
                 const QStringList& actions, const QVariantMap& hints, int timeout);
     void CloseNotification(uint id);
-    QString GetServerInformation(QString& vendor, QString& version, QString& spec);
+    QString GetServerInformation(QString& vendor, QString& version, QString& protocolVersion);
 
 signals:
     void ActionInvoked(uint id, const QString& action);

@@ -140,19 +140,27 @@ std::optional<int64_t> privateSize(const std::string& path) {
 std::optional<std::string> readText(const std::string& path, std::size_t limit) {
     int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (fd < 0) return std::nullopt;
-    std::string out;
-    char buf[8192];
-    while (out.size() < limit) {
-        ssize_t n = read(fd, buf, sizeof buf);
+    // Read straight into the text, sized once where the file tells its size (one byte more, so
+    // that the read which meets the end needs no room of its own): growing the text of a large
+    // file step by step costs a copy and fresh pages at every step. Files of /proc tell no size.
+    std::size_t room = 8192;
+    struct stat st {};
+    if (fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0)
+        room = std::min(static_cast<std::size_t>(st.st_size), limit) + 1;
+    std::string out(room, '\0');
+    std::size_t used = 0;
+    while (used < limit) {
+        if (used == out.size()) out.resize(out.size() * 2);
+        ssize_t n = read(fd, out.data() + used, out.size() - used);
         if (n < 0) {
             close(fd);
             return std::nullopt;
         }
         if (n == 0) break;
-        out.append(buf, static_cast<std::size_t>(n));
+        used += static_cast<std::size_t>(n);
     }
     close(fd);
-    if (out.size() > limit) out.resize(limit);
+    out.resize(std::min(used, limit));
     return out;
 }
 

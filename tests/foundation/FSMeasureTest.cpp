@@ -131,3 +131,23 @@ TEST(FS, LstatBasedQuestions) {
     EXPECT_FALSE(FS::mtime(t.path("none")));
     EXPECT_TRUE(FS::birthTime(t.path("f")));
 }
+
+TEST(FS, ReadTextGivesTheWholeFileUpToItsLimitWhateverSizeTheFileTells) {
+    TempTree t;
+    std::string big;
+    for (int i = 0; big.size() < 300000; ++i) big += "line " + std::to_string(i) + "\n";
+    const std::string path = t.text("big.txt", big);
+    EXPECT_EQ(FS::readText(path, 1 << 20), big);
+    EXPECT_EQ(FS::readText(path, 1000), big.substr(0, 1000));
+    EXPECT_EQ(FS::readText(path, big.size()), big);
+    EXPECT_EQ(FS::readText(path, big.size() - 1), big.substr(0, big.size() - 1));
+    EXPECT_EQ(FS::readText(t.text("empty", "")), "");
+    EXPECT_FALSE(FS::readText(t.path("none")));
+
+    // Files of /proc tell a size of 0 and still hold text, more than one read's worth here.
+    auto maps = FS::readText("/proc/self/smaps");
+    ASSERT_TRUE(maps);
+    EXPECT_GT(maps->size(), 8192u);
+    EXPECT_EQ(maps->back(), '\n');
+    EXPECT_EQ(maps->find('\0'), std::string::npos);
+}

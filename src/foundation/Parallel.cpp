@@ -22,6 +22,12 @@ void parallelRun(std::size_t workers, const std::function<void(std::size_t)>& bo
     body(0);
 }
 
+void parallelRunApart(std::size_t workers, const std::function<void(std::size_t)>& body) {
+    std::vector<std::jthread> threads;
+    threads.reserve(workers);
+    for (std::size_t t = 0; t < workers; ++t) threads.emplace_back([&body, t] { body(t); });
+}
+
 void parallelFor(std::size_t count, const std::function<void(std::size_t)>& body) {
     if (count == 0) return;
     const std::size_t workers = std::min(cores(), count);

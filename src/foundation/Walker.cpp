@@ -1,6 +1,7 @@
 #include "foundation/Walker.h"
 
 #include "foundation/Parallel.h"
+#include "foundation/StatBatch.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
@@ -127,9 +129,24 @@ struct Frame {
     std::size_t next = 0;      // the first of them not taken
 };
 
+// One run of a listing and the facts asked for it.
+struct Asked {
+    struct Listed {
+        const char* name;
+        int64_t offset;     // where the listing goes on after it
+        unsigned char type; // as the listing gives it
+        unsigned asked;     // its index in `names`, or StatBatch::capacity where nothing was asked
+    };
+    std::array<Listed, StatBatch::capacity> entries;
+    std::array<const char*, StatBatch::capacity> names;
+    std::array<struct statx, StatBatch::capacity> facts;
+    std::array<int, StatBatch::capacity> errors;
+};
+
 class Worker {
 public:
-    Worker(Shared& s, Walker::Visitor& v) : shared(s), visitor(v), buffer(new char[Walker::listingBytes]) {}
+    Worker(Shared& s, Walker::Visitor& v)
+        : shared(s), visitor(v), buffer(new char[Walker::listingBytes]), asked(std::make_unique<Asked>()) {}
 
     void run() {
         for (;;) {
@@ -174,6 +191,9 @@ private:
     Shared& shared;
     Walker::Visitor& visitor;
     std::unique_ptr<char[]> buffer;
+    std::unique_ptr<Asked> asked;
+    StatBatch batch;
+    static constexpr unsigned batchFrom = 16;
     std::string path;          // of the top frame
     std::vector<Frame> frames;
     std::size_t open = 0;      // frames with a handle
@@ -391,6 +411,7 @@ private:
         e.tag = f.tag;
         e.at = fd;
         Stat st;
+        Asked& a = *asked;
         for (;;) {
             ssize_t n = getdents64(fd, buffer.get(), Walker::listingBytes);
             if (n <= 0) {
@@ -398,31 +419,52 @@ private:
                 return;
             }
             for (ssize_t at = 0; at < n;) {
-                auto* d = reinterpret_cast<dirent64*>(buffer.get() + at);
-                at += d->d_reclen;
-                if (dots(d->d_name)) continue;
-                if (stopping()) return;
-                unsigned char type = d->d_type;
-                bool known = false;
-                if (type == DT_UNKNOWN || (type != DT_DIR && need != Need::names)) {
-                    if (!statAt(fd, d->d_name, statFlags, shared.mask, st)) continue; // gone since the listing
-                    known = true;
-                    type = S_ISDIR(st.mode) ? DT_DIR : DT_REG;
+                // A run of entries, their facts asked all at once, then handed on in listing order.
+                unsigned count = 0;
+                unsigned asking = 0;
+                for (; at < n && count < StatBatch::capacity;) {
+                    auto* d = reinterpret_cast<dirent64*>(buffer.get() + at);
+                    at += d->d_reclen;
+                    if (dots(d->d_name)) continue;
+                    const bool ask = d->d_type == DT_UNKNOWN || (d->d_type != DT_DIR && need != Need::names);
+                    a.entries[count++] = {d->d_name, d->d_off, d->d_type, ask ? asking : StatBatch::capacity};
+                    if (ask) a.names[asking++] = d->d_name;
                 }
-                if (type == DT_DIR) {
-                    f.pending.append(d->d_name);
-                    f.pending.push_back('\0');
-                    if (f.pending.size() >= Walker::pendingBytes) {
-                        f.resume = d->d_off;
-                        return;
+                askAll(fd, asking);
+                for (unsigned i = 0; i < count; ++i) {
+                    if (stopping()) return;
+                    const Asked::Listed& l = a.entries[i];
+                    unsigned char type = l.type;
+                    const bool known = l.asked < StatBatch::capacity;
+                    if (known) {
+                        if (a.errors[l.asked] != 0) continue; // gone since the listing
+                        fill(st, a.facts[l.asked]);
+                        type = S_ISDIR(st.mode) ? DT_DIR : DT_REG;
                     }
-                    continue;
+                    if (type == DT_DIR) {
+                        f.pending.append(l.name);
+                        f.pending.push_back('\0');
+                        if (f.pending.size() >= Walker::pendingBytes) {
+                            f.resume = l.offset;
+                            return;
+                        }
+                        continue;
+                    }
+                    e.name = l.name;
+                    e.stat = known ? &st : nullptr;
+                    visitor.other(e);
                 }
-                e.name = d->d_name;
-                e.stat = known ? &st : nullptr;
-                visitor.other(e);
             }
         }
+    }
+
+    // The facts of the first `count` names of `asked`, in one call where there are enough of
+    // them to be worth it: a handful costs less asked one by one than handed to the kernel's workers.
+    void askAll(int at, unsigned count) {
+        Asked& a = *asked;
+        if (count >= batchFrom && batch.ask(at, a.names.data(), count, statFlags, shared.mask, a.facts.data(), a.errors.data()))
+            return;
+        for (unsigned i = 0; i < count; ++i) a.errors[i] = statx(at, a.names[i], statFlags, shared.mask, &a.facts[i]) == 0 ? 0 : errno;
     }
 
     static std::string takePending(Frame& f) {
@@ -566,7 +608,7 @@ std::vector<std::unique_ptr<Walker::Visitor>> Walker::run(const std::vector<Root
     shared.handleLimit = std::clamp<std::size_t>(budget / (2 * threads), 3, handlesPerThread);
     shared.queueLimit = std::clamp<std::size_t>(budget / 4, 1, queuedFolders);
 
-    parallelRun(threads, [&](std::size_t t) { Worker(shared, *visitors[t]).run(); });
+    parallelRunApart(threads, [&](std::size_t t) { Worker(shared, *visitors[t]).run(); });
     for (Job& job : shared.queue) close(job.fd); // left by a cancelled walk
     return visitors;
 }

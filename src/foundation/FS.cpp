@@ -137,21 +137,21 @@ std::optional<int64_t> privateSize(const std::string& path) {
     return BlockSharing::unsharedBytes(path.c_str());
 }
 
-std::optional<std::string> readText(const std::string& path, std::size_t limit) {
+std::optional<std::string_view> readInto(const std::string& path, std::string& room, std::size_t limit) {
     int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (fd < 0) return std::nullopt;
-    // Read straight into the text, sized once where the file tells its size (one byte more, so
-    // that the read which meets the end needs no room of its own): growing the text of a large
-    // file step by step costs a copy and fresh pages at every step. Files of /proc tell no size.
-    std::size_t room = 8192;
+    // Room for the whole file where it tells its size (one byte more, so that the read which
+    // meets the end needs no room of its own): growing a large file's text step by step costs a
+    // copy and fresh pages at every step. Files of /proc tell no size.
+    std::size_t want = 8192;
     struct stat st {};
     if (fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0)
-        room = std::min(static_cast<std::size_t>(st.st_size), limit) + 1;
-    std::string out(room, '\0');
+        want = std::min(static_cast<std::size_t>(st.st_size), limit) + 1;
+    if (room.size() < want) room.resize(want);
     std::size_t used = 0;
     while (used < limit) {
-        if (used == out.size()) out.resize(out.size() * 2);
-        ssize_t n = read(fd, out.data() + used, out.size() - used);
+        if (used == room.size()) room.resize(room.size() * 2);
+        ssize_t n = read(fd, room.data() + used, room.size() - used);
         if (n < 0) {
             close(fd);
             return std::nullopt;
@@ -160,8 +160,15 @@ std::optional<std::string> readText(const std::string& path, std::size_t limit) 
         used += static_cast<std::size_t>(n);
     }
     close(fd);
-    out.resize(std::min(used, limit));
-    return out;
+    return std::string_view(room.data(), std::min(used, limit));
+}
+
+std::optional<std::string> readText(const std::string& path, std::size_t limit) {
+    std::string room;
+    auto text = readInto(path, room, limit);
+    if (!text) return std::nullopt;
+    room.resize(text->size());
+    return room;
 }
 
 std::string lastComponent(std::string_view path) {

@@ -144,6 +144,14 @@ TEST(FS, ReadTextGivesTheWholeFileUpToItsLimitWhateverSizeTheFileTells) {
     EXPECT_EQ(FS::readText(t.text("empty", "")), "");
     EXPECT_FALSE(FS::readText(t.path("none")));
 
+    // One room for many files: each text is that file's alone, never what a longer one left.
+    std::string room;
+    EXPECT_EQ(FS::readInto(path, room, 1 << 20), big);
+    EXPECT_EQ(FS::readInto(t.text("short", "short\n"), room), "short\n");
+    EXPECT_EQ(FS::readInto(t.path("empty"), room), "");
+    EXPECT_EQ(FS::readInto(path, room, 10), big.substr(0, 10));
+    EXPECT_FALSE(FS::readInto(t.path("none"), room));
+
     // Files of /proc tell a size of 0 and still hold text, more than one read's worth here.
     auto maps = FS::readText("/proc/self/smaps");
     ASSERT_TRUE(maps);

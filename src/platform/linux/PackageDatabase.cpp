@@ -82,9 +82,10 @@ int64_t totalSize(std::string_view text) {
 std::map<std::string, std::string> owners(const std::string& infoDir, const std::set<std::string, std::less<>>& paths) {
     std::map<std::string, std::string> found;
     if (paths.empty()) return found;
+    std::string room; // one buffer for all the lists: there are thousands of them
     for (const std::string& name : FS::children(infoDir)) {
         if (!name.ends_with(".list")) continue;
-        auto text = FS::readText(infoDir + "/" + name, 64 << 20);
+        auto text = FS::readInto(infoDir + "/" + name, room, 64 << 20);
         if (!text) continue;
         std::string package = name.substr(0, name.size() - 5);
         std::string_view all = *text;

@@ -26,10 +26,17 @@ fi
 support=$(mktemp -d)
 trap 'rm -rf "$support"' EXIT
 
+# As root the program runs with empty temporary folders of its own (bench/with-empty-temp.sh):
+# --storage also walks /tmp and /var/tmp, which on a shared build machine hold other people's
+# trees, and `du -s` of the home does not. TEMP_AS_IS=1 leaves them as they are.
+apart=
+if [ "$(id -u)" -eq 0 ] && [ -z "${TEMP_AS_IS:-}" ] && command -v unshare >/dev/null; then
+  apart=$(realpath bench/with-empty-temp.sh)
+fi
 at() { # the environment of a home folder, as a command prefix
   local h=$1
   echo env HOME="$h" XDG_CACHE_HOME="$h/.cache" XDG_CONFIG_HOME="$h/.config" XDG_DATA_HOME="$h/.local/share" \
-       XDG_STATE_HOME="$h/.local/state" SORRELIN_SUPPORT="$support"
+       XDG_STATE_HOME="$h/.local/state" SORRELIN_SUPPORT="$support" $apart
 }
 cold=0
 if [ -w /proc/sys/vm/drop_caches ]; then cold=1; fi
@@ -42,6 +49,8 @@ peak() { { /usr/bin/time -f %M "$@" 2>&1 >/dev/null || true; } | tail -1; } # KB
 
 entries=$(find "$home" | wc -l)
 echo "machine: $(nproc) cores, load before: $(cut -d' ' -f1-3 /proc/loadavg)"
+if [ -n "$apart" ]; then echo "temporary folders: empty, private to each run"; else
+  echo "temporary folders: as they are (/tmp $(find /tmp -xdev 2>/dev/null | wc -l) entries)"; fi
 echo "home $home: $entries entries, $(du -sh "$home" | cut -f1)"
 printf '| %-34s | %9s | %9s | %9s |\n' "command" "warm s" "cold s" "peak MB"
 row() { # row LABEL CMD...

@@ -85,13 +85,13 @@ private:
     std::unordered_map<uint64_t, bool> sharing;
 
     int64_t ownBytes(const Walker::Entry& e, int64_t bytes) {
-        const std::string name = e.at >= 0 ? std::string(e.name) : e.path();
-        const int at = e.at >= 0 ? e.at : AT_FDCWD;
         auto known = sharing.find(e.stat->device);
         if (known == sharing.end())
             known = sharing.emplace(e.stat->device, e.at >= 0 ? BlockSharing::canShareAt(e.at)
-                                                             : BlockSharing::canShare(name.c_str())).first;
-        if (!known->second) return bytes;
+                                                             : BlockSharing::canShare(e.path().c_str())).first;
+        if (!known->second) return bytes; // most file systems: no name needed, nothing asked
+        const std::string name = e.at >= 0 ? std::string(e.name) : e.path();
+        const int at = e.at >= 0 ? e.at : AT_FDCWD;
         if (auto own = BlockSharing::unsharedBytesAt(at, name.c_str())) return std::min(bytes, std::max<int64_t>(0, *own));
         return bytes;
     }

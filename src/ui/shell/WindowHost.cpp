@@ -57,9 +57,11 @@ bool WindowHost::make() {
         emit disappeared();
         // The scene goes with the window; the next show makes a new one.
         view->deleteLater();
-        // Once it has gone, what it held goes back to the system, not to the allocator's
-        // free lists: the program may wait in the tray for the rest of the day.
-        QTimer::singleShot(1000, this, [this] {
+    });
+    // Once the scene has gone, what it held goes back to the system, not to the allocator's
+    // free lists: the program may wait in the tray for the rest of the day.
+    connect(view, &QObject::destroyed, this, [this] {
+        QTimer::singleShot(0, this, [this] {
             if (window) return;
             engine.collectGarbage();
             engine.trimComponentCache();

@@ -150,6 +150,12 @@ TEST(StorageTab, LockedFoldersAreNamedAndLibrariesAndAppsCannotBeTrashed) {
     ASSERT_TRUE(iso);
     EXPECT_TRUE(screen.find("trash", iso)->isVisible());
     EXPECT_FALSE(screen.find("trash", screen.find("apps"))) << "apps have no Trash button";
+
+    // The system's share stands under the categories with its size in their column.
+    QQuickItem* system = screen.find("systemRow");
+    ASSERT_TRUE(system && system->isVisible());
+    auto rightEdge = [](QQuickItem* t) { return t->mapToScene(QPointF(t->width(), 0)).x(); };
+    EXPECT_NEAR(rightEdge(screen.find("size", system)), rightEdge(screen.find("size", music)), 1.0);
     screen.picture("storage-generated.png");
 }
 

@@ -8,8 +8,9 @@
 
 namespace UiEngine {
 
-// Before the GUI application exists. `pictures`: draw with the software renderer on the
-// offscreen platform, where no display or GPU is needed and a hidden window can be grabbed.
+// Before the GUI application exists. Windows draw with the software renderer (unless the
+// environment names another backend); `pictures` also puts them on the offscreen platform,
+// where no display or GPU is needed and a hidden window can be grabbed.
 void configureProcess(bool pictures);
 // For each engine, once the GUI application exists.
 void prepare(QQmlEngine& engine);

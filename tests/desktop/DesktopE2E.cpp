@@ -11,6 +11,9 @@
 
 #include <QDBusMessage>
 
+#include <fstream>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -44,6 +47,16 @@ TEST(DesktopE2E, OneCopyItsWindowItsTrayItemAndItsActions) {
     ASSERT_TRUE(waitFor([&] { return contains(s.log(), "window first frame"); }, 20)) << s.log();
     EXPECT_EQ(s.tab(), QStringLiteral("home"));
     s.screenshot("window");
+    {
+        // The window draws in software: a GL driver (llvmpipe here, 64 MB) would stay resident
+        // for as long as the program waits in the tray.
+        std::ifstream maps("/proc/" + std::to_string(first->pid) + "/maps");
+        std::string line, gl;
+        while (std::getline(maps, line))
+            if (line.find("/dri/") != std::string::npos || line.find("libLLVM") != std::string::npos)
+                gl = line;
+        EXPECT_EQ(gl, "") << "a GL driver is loaded";
+    }
 
     // A click on the tray item opens the panel; a second one closes it.
     const QString item = s.tray.registered.first();

@@ -17,6 +17,9 @@ for f in bin/sorrelin share/dbus-1/services/app.sorrelin.Sorrelin.service \
          share/icons/hicolor/scalable/apps/app.sorrelin.Sorrelin.svg; do
   [ -e "$prefix/$f" ] || { echo "missing: $f"; exit 1; }
 done
+# The window's library, in a folder of the program's own under LIBDIR.
+[ -n "$(find "$prefix" -path '*/lib*/sorrelin/libsorrelin-app.so')" ] ||
+  { echo "missing: LIBDIR/sorrelin/libsorrelin-app.so"; exit 1; }
 for size in 16 22 24 32 48 64 128 256 512; do
   png=$prefix/share/icons/hicolor/${size}x${size}/apps/app.sorrelin.Sorrelin.png
   [ -s "$png" ] || { echo "missing: $png"; exit 1; }

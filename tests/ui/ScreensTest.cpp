@@ -2,6 +2,7 @@
 // every picture the option writes builds without a QML warning, a tick in the Clean tab reaches
 // the model and redraws its one row, the confirm layer opens and closes, and a clean reported
 // outside the sheet shows its banner.
+#include "MonitorFixtures.h"
 #include "QmlWarnings.h"
 #include "app/AppModel.h"
 #include "app/Prefs.h"
@@ -22,6 +23,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <semaphore>
 
@@ -548,4 +550,37 @@ TEST(Screens, TheToolbarMenuOpensSettingsAndOffersQuitOnlyWithoutATray) {
     }
     Desktop::shared().onQuit = nullptr;
     Desktop::shared().setTrayAvailable(false);
+}
+
+// A window that lies open all day must not draw while nothing changes: one animation left
+// running anywhere in it (a beat on a hidden layer, a shine in the settings sheet's preview)
+// redraws the whole window sixty times a second, 180 frames in 3 s. At rest a tab draws a
+// handful: the live beat's few steps. The processes are hand-made and stay the same, so the
+// monitor's samples change nothing on screen.
+TEST(Screens, AWindowAtRestDrawsNextToNothingOnEveryTab) {
+    fixtures::FakeProbe probe;
+    probe.snapshots = {fixtures::snapshot({{.pid = 4100, .name = "editor", .cpuNanos = 9'000'000'000, .footprint = 800'000'000},
+                                           {.pid = 4200, .name = "indexer", .cpuNanos = 2'000'000'000, .footprint = 300'000'000}})};
+    Home h([&](AppSetup& setup) { setup.probe = &probe; });
+    QQuickView view;
+    UiEngine::prepare(*view.engine());
+    view.setResizeMode(QQuickView::SizeRootObjectToView);
+    view.setSource(UiEngine::url("MainView.qml"));
+    ASSERT_EQ(view.status(), QQuickView::Ready) << view.errors().value(0).toString().toStdString();
+    view.resize(ScreenPictures::windowSize);
+    view.show();
+    ASSERT_TRUE(waitUntil([&] { return !h.model->isScanning(); }, 60));
+    int frames = 0;
+    QObject::connect(&view, &QQuickWindow::frameSwapped, &view, [&] { ++frames; });
+    for (Tab tab : {Tab::home, Tab::storage, Tab::clean, Tab::projects, Tab::speed, Tab::week}) {
+        h.model->go(tab);
+        // Finding the projects takes two readings of the processes, with a spinner meanwhile.
+        ASSERT_TRUE(waitUntil([&] { return !h.model->projectsBusy() && h.model->sharedChecked(); }, 60));
+        // The tab's entrance and any fade have ended well within this.
+        QTest::qWait(1500);
+        frames = 0;
+        QTest::qWait(3000);
+        EXPECT_LE(frames, 12) << "tab " << static_cast<int>(tab) << " drew " << frames << " frames in 3 s at rest";
+    }
+    view.hide();
 }

@@ -32,7 +32,8 @@ Item {
         segments: [{ id: "done", value: root.animated, color: root.color }]
         total: 1
         RotationAnimation on rotation {
-            running: !root.known && Motion.animate && root.visible
+            running: !root.known && Motion.animate && root.visible && root.Window.visibility !== Window.Hidden
+                     && root.Window.visibility !== Window.Minimized
             from: 0
             to: 360
             duration: 1000

@@ -36,8 +36,14 @@ Rectangle {
         duration: Motion.ms(0.75)
         easing.type: Easing.InOutQuad
     }
+    // Animations tick whether or not anyone sees them, and every tick redraws the window:
+    // the loop runs only while its shape is on a shown window.
+    readonly property bool seen: parent !== null && parent.visible && Window.visibility !== Window.Hidden
+                                 && Window.visibility !== Window.Minimized
+    readonly property alias sweeping: loop.running
     SequentialAnimation {
-        running: root.looping && Motion.animate && root.width > 0
+        id: loop
+        running: root.looping && Motion.animate && root.width > 0 && root.seen
         loops: Animation.Infinite
         NumberAnimation { target: root; property: "position"; from: -root.band; to: 1 + root.band; duration: Motion.ms(1.3); easing.type: Easing.InOutSine }
         PauseAnimation { duration: Motion.ms(0.35) }

@@ -23,7 +23,8 @@ Item {
         segments: [{ id: "arc", value: 1, color: root.color }]
         total: 3
         RotationAnimation on rotation {
-            running: Motion.animate && root.visible
+            running: Motion.animate && root.visible && root.Window.visibility !== Window.Hidden
+                     && root.Window.visibility !== Window.Minimized
             from: 0
             to: 360
             duration: 800

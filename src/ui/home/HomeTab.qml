@@ -155,7 +155,6 @@ Item {
                 Layout.fillWidth: true
                 Layout.topMargin: Metrics.gap
                 spacing: Metrics.gap
-                Pulse { target: watchDot; active: true }
                 Rectangle { id: watchDot; anchors.verticalCenter: parent.verticalCenter; width: 7; height: 7; radius: 3.5; color: Palette.green }
                 UiText {
                     objectName: "watching"

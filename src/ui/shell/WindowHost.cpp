@@ -7,9 +7,14 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QTimer>
 
 #include <memory>
 #include <utility>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 WindowHost::WindowHost(QQmlEngine& engine, Kind kind, QObject* parent) : QObject(parent), engine(engine), kind(std::move(kind)) {}
 
@@ -52,6 +57,18 @@ bool WindowHost::make() {
         emit disappeared();
         // The scene goes with the window; the next show makes a new one.
         view->deleteLater();
+    });
+    // Once the scene has gone, what it held goes back to the system, not to the allocator's
+    // free lists: the program may wait in the tray for the rest of the day.
+    connect(view, &QObject::destroyed, this, [this] {
+        QTimer::singleShot(0, this, [this] {
+            if (window) return;
+            engine.collectGarbage();
+            engine.trimComponentCache();
+#ifdef __GLIBC__
+            malloc_trim(0);
+#endif
+        });
     });
     connect(view, &QWindow::activeChanged, this, [this, view] {
         if (view->isActive()) wasActive = true;

@@ -44,13 +44,12 @@ Item {
             implicitHeight: 8
             radius: 4
             color: Palette.track
-            Rectangle {
+            GlidingBar {
                 height: parent.height
                 radius: parent.radius
-                width: root.extent > 0 ? Math.max(row.value > 0 ? 4 : 0, parent.width * Math.min(1, row.value / root.extent)) : 0
+                goal: root.extent > 0 ? Math.max(row.value > 0 ? 4 : 0, parent.width * Math.min(1, row.value / root.extent)) : 0
                 color: Palette.named(row.tint)
                 opacity: 0.85
-                Behavior on width { NumberAnimation { duration: Motion.smooth.duration; easing: Motion.smooth.easing } }
             }
         }
         UiText {

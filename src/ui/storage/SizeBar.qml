@@ -14,12 +14,11 @@ Rectangle {
     color: Palette.track
     Accessible.ignored: true
 
-    Rectangle {
+    GlidingBar {
         height: parent.height
         radius: parent.radius
         color: root.tint
         // Anything that takes space shows at least a sliver.
-        width: root.maximum > 0 && root.value > 0 ? Math.max(height, parent.width * Math.min(1, root.value / root.maximum)) : 0
-        Behavior on width { enabled: Motion.animate; NumberAnimation { duration: Motion.smooth.duration; easing: Motion.smooth.easing } }
+        goal: root.maximum > 0 && root.value > 0 ? Math.max(height, parent.width * Math.min(1, root.value / root.maximum)) : 0
     }
 }

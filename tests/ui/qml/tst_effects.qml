@@ -23,6 +23,23 @@ TestCase {
         id: shineComponent
         Shine { width: 100; height: 30 }
     }
+    Component {
+        id: skeletonComponent
+        Item {
+            width: 120; height: 20
+            property alias shine: shine
+            Rectangle { anchors.fill: parent; Shine { id: shine; anchors.fill: parent; looping: true } }
+        }
+    }
+    Component {
+        id: beatingComponent
+        Rectangle {
+            id: beating
+            width: 10; height: 10
+            property alias pulse: pulse
+            Pulse { id: pulse; target: beating; active: true; period: 400 }
+        }
+    }
 
     Component {
         id: enteringComponent
@@ -109,5 +126,33 @@ TestCase {
         Motion.rendering = true;
         shine.trigger = true;
         verify(!shine.visible);
+    }
+
+    // A loop left running on something nobody sees redraws the window without end.
+    function test_aLoopingShineSweepsOnlyWhileItsShapeIsShown() {
+        const holder = createTemporaryObject(skeletonComponent, test);
+        tryVerify(() => holder.shine.sweeping, 2000, "the shine does not loop on a shown skeleton");
+        holder.visible = false;
+        verify(!holder.shine.sweeping, "the shine loops on a hidden skeleton");
+        holder.visible = true;
+        verify(holder.shine.sweeping);
+        Motion.reduced = true;
+        verify(!holder.shine.sweeping, "the shine loops with reduced motion");
+    }
+
+    function test_aBeatDipsAndComesBackAndStandsStillWhenHidden() {
+        const dot = createTemporaryObject(beatingComponent, test);
+        verify(dot.pulse.beating);
+        tryVerify(() => dot.opacity < 0.5, 3000, "the beat never dipped");
+        tryVerify(() => dot.opacity === 1, 3000, "the beat never came back");
+        tryVerify(() => dot.opacity < 1, 3000, "the beat did not come again");
+        dot.visible = false;
+        verify(!dot.pulse.beating);
+        compare(dot.opacity, 1, "a stopped beat leaves its label dimmed");
+        dot.visible = true;
+        verify(dot.pulse.beating);
+        Motion.rendering = true;
+        verify(!dot.pulse.beating, "the beat runs while rendering");
+        compare(dot.opacity, 1);
     }
 }

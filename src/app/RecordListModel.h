@@ -85,6 +85,7 @@ public:
         // thousands arrives in one pass; only a moved row is looked for.
         std::unordered_set<std::string> unplaced;
         for (const T& v : rows) unplaced.insert(key(v));
+        rows.reserve(next.size());
         for (std::size_t i = 0; i < next.size(); ++i) {
             const std::string k = key(next[i]);
             const int at = static_cast<int>(i);

@@ -54,21 +54,13 @@ std::vector<RecordListModel<Card>::Role> cardRoles() {
 } // namespace
 
 ProjectsState::ProjectsState(QObject* parent)
-    : QObject(parent), cardList([](const Card& c) { return c.id; }, cardRoles(), this) {}
+    : TabState(parent), cardList([](const Card& c) { return c.id; }, cardRoles(), this) {}
 
-void ProjectsState::setModel(AppModel* model) {
-    if (source == model) return;
-    for (const auto& c : links) disconnect(c);
-    links.clear();
-    source = model;
-    if (model) {
-        for (auto signal : {&AppModel::projectsChanged, &AppModel::projectsBusyChanged, &AppModel::sharedChanged,
-                            &AppModel::sharedCheckedChanged, &AppModel::armedChanged, &AppModel::freedProjectsChanged,
-                            &AppModel::lastScanChanged})
-            links << connect(model, signal, this, &ProjectsState::refresh);
-    }
-    emit modelChanged();
-    refresh();
+void ProjectsState::attach(AppModel&) {
+    for (auto signal : {&AppModel::projectsChanged, &AppModel::projectsBusyChanged, &AppModel::sharedChanged,
+                        &AppModel::sharedCheckedChanged, &AppModel::armedChanged, &AppModel::freedProjectsChanged,
+                        &AppModel::lastScanChanged})
+        follow(signal);
 }
 
 void ProjectsState::refresh() {

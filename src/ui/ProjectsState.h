@@ -2,20 +2,17 @@
 // What the Projects tab shows, worked out from the application model: the summary chips, the
 // content state, the shared-packages insight and one view record per card, with the words of
 // its status and of its actions. The tab lays them out and calls the model's actions.
-#include "app/AppModel.h"
 #include "app/RecordListModel.h"
+#include "ui/TabState.h"
 #include "ui/projects/ProjectView.h"
 
-#include <QObject>
-#include <QPointer>
 #include <QVariantList>
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
-class ProjectsState : public QObject {
+class ProjectsState : public TabState {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(AppModel* model READ model WRITE setModel NOTIFY modelChanged)
     // {text, symbol, live}, in order
     Q_PROPERTY(QVariantList summary READ summary NOTIFY changed)
     // "finding" while the first list is built, "none" without cards, else "cards"
@@ -28,26 +25,18 @@ class ProjectsState : public QObject {
 public:
     explicit ProjectsState(QObject* parent = nullptr);
 
-    [[nodiscard]] AppModel* model() const { return source; }
-    void setModel(AppModel* model);
-
     [[nodiscard]] QVariantList summary() const { return summary_; }
     [[nodiscard]] QString content() const { return content_; }
     [[nodiscard]] QVariant insight() const { return insight_; }
     [[nodiscard]] ListModel* cards() { return &cardList; }
     [[nodiscard]] const std::vector<ProjectView::Card>& cardViews() const { return cardList.values(); }
 
-signals:
-    void modelChanged();
-    void changed();
-
 private:
-    void refresh();
+    void attach(AppModel& model) override;
+    void refresh() override;
 
-    QPointer<AppModel> source;
     QVariantList summary_;
     QString content_;
     QVariant insight_;
     RecordListModel<ProjectView::Card> cardList;
-    QList<QMetaObject::Connection> links;
 };

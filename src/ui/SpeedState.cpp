@@ -39,7 +39,7 @@ QVariantList cpuSegments(const std::vector<AppUsage>& apps, const std::optional<
 } // namespace
 
 SpeedState::SpeedState(QObject* parent)
-    : QObject(parent),
+    : TabState(parent),
       rowList([](const WhoPanel::Row& r) { return r.id; },
               {{"id", [](const WhoPanel::Row& r) { return QVariant(text(r.id)); }},
                {"name", [](const WhoPanel::Row& r) { return QVariant(text(r.name)); }},
@@ -62,22 +62,19 @@ SpeedState::~SpeedState() {
     if (expiry && source) source->clock().cancel(*expiry);
 }
 
-void SpeedState::setModel(AppModel* model) {
-    if (source == model) return;
-    for (const auto& c : links) disconnect(c);
-    links.clear();
-    if (expiry && source) source->clock().cancel(*expiry);
-    expiry.reset();
-    source = model;
-    causeList.setSourceModel(model ? model->recsModel() : nullptr);
-    if (model) {
-        links << connect(model, &AppModel::monitorChanged, this, &SpeedState::refresh)
-              << connect(model, &AppModel::whoModeChanged, this, &SpeedState::refresh)
-              << connect(model, &AppModel::recentlyFreedChanged, this, &SpeedState::refresh);
-    }
-    emit modelChanged();
+void SpeedState::attach(AppModel& model) {
+    causeList.setSourceModel(model.recsModel());
     emit causeCountChanged();
-    refresh();
+    follow(&AppModel::monitorChanged);
+    follow(&AppModel::whoModeChanged);
+    follow(&AppModel::recentlyFreedChanged);
+}
+
+void SpeedState::detach(AppModel& model) {
+    if (expiry) model.clock().cancel(*expiry);
+    expiry.reset();
+    causeList.setSourceModel(nullptr);
+    emit causeCountChanged();
 }
 
 void SpeedState::refresh() {

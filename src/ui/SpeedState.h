@@ -4,23 +4,20 @@
 // Claude row. The tab only lays these out. Figures follow each sample of the monitor; what a
 // quit just freed goes away by itself three minutes after the quit.
 #include "app/AppClock.h"
-#include "app/AppModel.h"
 #include "app/RecordListModel.h"
+#include "ui/TabState.h"
 #include "ui/speed/CauseFilter.h"
 #include "ui/speed/WhoPanel.h"
 
-#include <QObject>
-#include <QPointer>
 #include <QVariantList>
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
-class SpeedState : public QObject {
+class SpeedState : public TabState {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(AppModel* model READ model WRITE setModel NOTIFY modelChanged)
     // {text, symbol, tint}
     Q_PROPERTY(QVariantMap pill READ pill NOTIFY changed)
     // {value, info, sub, freed ("" when nothing was freed), segments (the bar by app)}
@@ -45,9 +42,6 @@ public:
     explicit SpeedState(QObject* parent = nullptr);
     ~SpeedState() override;
 
-    [[nodiscard]] AppModel* model() const { return source; }
-    void setModel(AppModel* model);
-
     [[nodiscard]] QVariantMap pill() const { return pill_; }
     [[nodiscard]] QVariantMap processor() const { return processor_; }
     [[nodiscard]] QVariantMap memory() const { return memory_; }
@@ -61,20 +55,18 @@ public:
     [[nodiscard]] const std::vector<WhoPanel::Row>& whoRows() const { return rowList.values(); }
 
 signals:
-    void modelChanged();
-    void changed();
     void causeCountChanged();
 
 private:
-    void refresh();
+    void attach(AppModel& model) override;
+    void detach(AppModel& model) override;
+    void refresh() override;
     // Looks again when the oldest freed share still counted runs out.
     void scheduleFreedExpiry();
 
-    QPointer<AppModel> source;
     QVariantMap pill_, processor_, memory_, swap_, uptime_, who_;
     QVariant claude_;
     RecordListModel<WhoPanel::Row> rowList;
     CauseFilter causeList;
     std::optional<AppClock::Id> expiry;
-    QList<QMetaObject::Connection> links;
 };

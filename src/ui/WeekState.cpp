@@ -32,20 +32,12 @@ QVariantList placeRows(const std::vector<GrowthPlace>& places, int64_t whole, bo
 
 } // namespace
 
-WeekState::WeekState(QObject* parent) : QObject(parent) {}
+WeekState::WeekState(QObject* parent) : TabState(parent) {}
 
-void WeekState::setModel(AppModel* model) {
-    if (source == model) return;
-    for (const auto& c : links) disconnect(c);
-    links.clear();
-    source = model;
-    if (model) {
-        for (auto signal : {&AppModel::diskChanged, &AppModel::paceChanged, &AppModel::historyChanged, &AppModel::growthChanged,
-                            &AppModel::growthRunningChanged, &AppModel::weekDayChanged})
-            links << connect(model, signal, this, &WeekState::refresh);
-    }
-    emit modelChanged();
-    refresh();
+void WeekState::attach(AppModel&) {
+    for (auto signal : {&AppModel::diskChanged, &AppModel::paceChanged, &AppModel::historyChanged, &AppModel::growthChanged,
+                        &AppModel::growthRunningChanged, &AppModel::weekDayChanged})
+        follow(signal);
 }
 
 void WeekState::pick(int index) {

@@ -2,18 +2,15 @@
 // What the Week tab shows, worked out from the application model: the runway panel with its
 // strip of 30 days, and the growth of the last 14 days (the chart, the picked day and the
 // biggest additions). The tab only lays these out.
-#include "app/AppModel.h"
+#include "ui/TabState.h"
 
-#include <QObject>
-#include <QPointer>
 #include <QVariantList>
 #include <QVariantMap>
 #include <QtQml/qqmlregistration.h>
 
-class WeekState : public QObject {
+class WeekState : public TabState {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(AppModel* model READ model WRITE setModel NOTIFY modelChanged)
     // {state, symbol, tint, headline, big, line, tip, chip}
     Q_PROPERTY(QVariantMap runway READ runway NOTIFY changed)
     // 30 of {tint, hatched, opacity, tip}
@@ -34,9 +31,6 @@ class WeekState : public QObject {
 public:
     explicit WeekState(QObject* parent = nullptr);
 
-    [[nodiscard]] AppModel* model() const { return source; }
-    void setModel(AppModel* model);
-
     [[nodiscard]] QVariantMap runway() const { return runway_; }
     [[nodiscard]] QVariantList cells() const { return cells_; }
     [[nodiscard]] QString lastCell() const { return lastCell_; }
@@ -49,16 +43,11 @@ public:
     // A click on a bar: picks that day, or clears the pick when it was the day picked.
     Q_INVOKABLE void pick(int index);
 
-signals:
-    void modelChanged();
-    void changed();
-
 private:
-    void refresh();
+    void attach(AppModel& model) override;
+    void refresh() override;
 
-    QPointer<AppModel> source;
     QVariantMap runway_, day_, biggest_;
     QVariantList cells_, grid_, bars_;
     QString lastCell_, growthState_;
-    QList<QMetaObject::Connection> links;
 };

@@ -37,7 +37,7 @@ TestCase {
             id: beating
             width: 10; height: 10
             property alias pulse: pulse
-            Pulse { id: pulse; target: beating; active: true; period: 400 }
+            Pulse { id: pulse; target: beating; active: true; period: 1200 }
         }
     }
 

@@ -1,5 +1,6 @@
 // Micro benchmarks of the application layer's lists: a rescan arriving in a list of clean items
-// as moves, insertions and changed rows, and a tick redrawing its row. Run:
+// as moves, insertions and changed rows, a long list filling an empty one, and a tick redrawing
+// its row. Run:
 // build/bench/sorrelin_app_bench (add --benchmark_filter=... to pick).
 #include "app/RecordListModel.h"
 #include "foundation/CleanItem.h"
@@ -55,6 +56,20 @@ void listRescan(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * 2 * n);
 }
 BENCHMARK(listRescan)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
+
+// A long list arriving in an empty one, as a stored storage walk with tens of thousands of
+// big-file candidates does when the program starts.
+void listFill(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    const auto full = items(n, 0);
+    for (auto _ : state) {
+        Model m;
+        m.list.update(full);
+        benchmark::DoNotOptimize(m.list.rowCount());
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+}
+BENCHMARK(listFill)->Arg(2000)->Arg(8000)->Arg(30000)->Unit(benchmark::kMillisecond);
 
 void tickOneRow(benchmark::State& state) {
     Model m;

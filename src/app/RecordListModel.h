@@ -80,12 +80,20 @@ public:
             endRemoveRows();
             i = first - 1;
         }
-        // Then row by row: in place, moved up from further down, or new.
+        // Then row by row: in place, moved up from further down, or new. The keys of rows not
+        // yet placed tell a new row from a moved one without a search, so a list of tens of
+        // thousands arrives in one pass; only a moved row is looked for.
+        std::unordered_set<std::string> unplaced;
+        for (const T& v : rows) unplaced.insert(key(v));
+        rows.reserve(next.size());
         for (std::size_t i = 0; i < next.size(); ++i) {
             const std::string k = key(next[i]);
             const int at = static_cast<int>(i);
+            const bool known = unplaced.erase(k) > 0;
             if (i >= rows.size() || key(rows[i]) != k) {
-                const int from = find(k);
+                int from = -1;
+                for (std::size_t j = i + 1; known && j < rows.size() && from < 0; ++j)
+                    if (key(rows[j]) == k) from = static_cast<int>(j);
                 if (from > at) {
                     beginMoveRows({}, from, from, {}, at);
                     T moved = std::move(rows[static_cast<std::size_t>(from)]);

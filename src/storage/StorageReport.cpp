@@ -34,12 +34,28 @@ bool below(const std::string& path, const std::string& folder) {
 
 StorageReport StorageReport::moving(const std::string& path, int64_t bytes) const {
     StorageReport r = *this;
+    // The category that holds the path is the one whose row lies closest to it: a row of the
+    // system's share (the temporary folder) may hold a whole home folder that lies below it,
+    // yet the file is counted in the home's own category. Equal rows go to the earlier one.
+    auto closeness = [&](const StorageCategory& c) {
+        std::size_t best = 0;
+        for (const auto& item : c.items) {
+            if (item.path == path || below(item.path, path)) best = std::max(best, path.size() + 1);
+            else if (below(path, item.path)) best = std::max(best, item.path.size());
+        }
+        return best;
+    };
+    StorageCategory* holder = nullptr;
+    std::size_t closest = 0;
     for (auto& c : r.categories) {
         if (c.kind == StorageKind::trash) continue;
-        auto matches = [&](const StorageItem& item) {
-            return item.path == path || below(item.path, path) || below(path, item.path);
-        };
-        if (std::none_of(c.items.begin(), c.items.end(), matches)) continue;
+        if (const std::size_t near = closeness(c); near > closest) {
+            closest = near;
+            holder = &c;
+        }
+    }
+    if (holder) {
+        StorageCategory& c = *holder;
         c.bytes = std::max<int64_t>(0, c.bytes - bytes);
         std::vector<StorageItem> kept;
         for (auto& item : c.items) {
@@ -48,7 +64,6 @@ StorageReport StorageReport::moving(const std::string& path, int64_t bytes) cons
             kept.push_back(std::move(item));
         }
         c.items = std::move(kept);
-        break;
     }
     std::erase_if(r.biggest, [&](const BigFile& f) { return f.path == path || below(f.path, path); });
     auto trash = std::find_if(r.categories.begin(), r.categories.end(),

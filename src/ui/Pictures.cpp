@@ -16,13 +16,17 @@
 
 namespace Pictures {
 
-Renderer::Renderer() : qml(std::make_unique<QQmlEngine>()) {
+Renderer::Renderer() : qml(std::make_unique<QQmlEngine>()), wasRendering(Tools::rendering.exchange(true)) {
     // The Motion singleton reads the switch when the engine first needs it.
-    Tools::rendering = true;
     UiEngine::prepare(*qml);
 }
 
-Renderer::~Renderer() = default;
+// The switch is the process's: a renderer that goes leaves it as it found it, so that what
+// runs after the pictures (a test, the live window) moves and writes again.
+Renderer::~Renderer() {
+    qml.reset();
+    Tools::rendering = wasRendering;
+}
 
 QImage Renderer::draw(const Scene& scene) {
     lastError.clear();

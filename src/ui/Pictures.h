@@ -35,6 +35,7 @@ public:
 
 private:
     std::unique_ptr<QQmlEngine> qml;
+    bool wasRendering = false;
     QString lastError;
 };
 

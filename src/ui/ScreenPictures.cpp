@@ -37,12 +37,12 @@ Picture panel(const QString& file) {
             [](AppModel& m) { m.refreshDisk(); }};
 }
 
-// Lets queued results land until `done` holds; a job that never ends gives up after a minute
+// Lets queued results land until `done` holds; a job that never ends gives up after `seconds`
 // rather than hang the option.
-void settle(AppModel& m, const std::function<bool()>& done) {
+void settle(AppModel& m, const std::function<bool()>& done, int seconds = 60) {
     QElapsedTimer clock;
     clock.start();
-    while (clock.elapsed() < 60000) {
+    while (clock.elapsed() < seconds * 1000LL) {
         m.waitForWorkers();
         QCoreApplication::processEvents(QEventLoop::AllEvents);
         QCoreApplication::sendPostedEvents();
@@ -82,6 +82,12 @@ void prepare(AppModel& m, bool growth) {
     m.monitor().sampleForTools();
     m.refreshProjects(true);
     settle(m, [&] { return !m.projectsBusy(); });
+    // The Storage tab shows the home folder's map: with no walk stored, measure it now (the
+    // store writes nothing while rendering). A full home takes a minute or two.
+    if (!m.storage()) {
+        m.measureStorage();
+        settle(m, [&] { return !m.storageBusy(); }, 600);
+    }
     if (growth) {
         m.refreshGrowth();
         settle(m, [&] { return !m.growthRunning(); });

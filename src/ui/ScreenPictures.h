@@ -36,7 +36,8 @@ struct Picture {
 
 // Fills the model as the pictures show it: a whole scan with its defaults ticked, the scan
 // dated now, two samples of the processes, the project cards with the shared-package check,
-// and the growth of the last days when `growth` is set. Blocks until every job has landed.
+// the storage map (walked now when none is stored) and the growth of the last days when
+// `growth` is set. Blocks until every job has landed.
 void prepare(AppModel& model, bool growth);
 
 // Draws each picture of `list` of `model` into `folder`; "{file}: {why}" for each not written.

@@ -53,6 +53,34 @@ TEST(RecordListModel, ANewListArrivesWithoutAResetWhateverChanged) {
     EXPECT_EQ(reset.count(), 0);
 }
 
+// Tens of thousands of rows (a storage walk's big-file candidates) must not cost a search of
+// the list per row: keys are read a few times per row, not once per pair of rows. Rows moved
+// among them still land in their places.
+TEST(RecordListModel, ALongListArrivesInOnePassAndItsMovesStillLand) {
+    long reads = 0;
+    RecordListModel<Row> model{[&reads](const Row& r) { ++reads; return r.key; },
+                               {{"key", [](const Row& r) { return QVariant(QString::fromStdString(r.key)); }}}};
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const int n = 3000;
+    std::vector<Row> rows;
+    for (int i = 0; i < n; ++i) rows.push_back({"k" + std::to_string(i), i});
+    model.update(rows);
+    EXPECT_EQ(model.rowCount(), n);
+    EXPECT_LT(reads, 10L * n) << "a search per row reads keys about n*n/2 times";
+
+    // The last row to the front, a new one in the middle, the second dropped.
+    std::vector<Row> next{rows.back()};
+    for (int i = 0; i < n - 1; ++i)
+        if (i != 1) next.push_back(rows[static_cast<std::size_t>(i)]);
+    next.insert(next.begin() + n / 2, Row{"new", -1});
+    reads = 0;
+    model.update(next);
+    std::vector<std::string> want;
+    for (const Row& r : next) want.push_back(r.key);
+    EXPECT_EQ(keys(model), want);
+    EXPECT_LT(reads, 20L * n);
+}
+
 TEST(RecordListModel, TouchingARowRedrawsThatRowAlone) {
     Lists l;
     l.model.update({{"a", 1}, {"b", 2}, {"c", 3}});

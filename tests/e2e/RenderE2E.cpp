@@ -44,11 +44,18 @@ TEST(RenderE2E, WritesEveryScreenAtTheWindowSizeAndChangesNothingOfTheUsers) {
     home.text("code/site/package.json", "{}");
     home.dir("code/site/.git");
     home.file("code/site/node_modules/pkg/index.js", 2 << 20);
+    home.file("Videos/trip.mp4", 3 << 20);
     auto env = homeEnvironment(home.root());
+    // The log lies outside the home, which must come out of the run unchanged.
+    env["FENNELBOX_LOG"] = pictures.path("render.log");
     const auto before = filesBelow(home.root());
     auto run = runProgram(SORRELIN_EXE, {"--render", pictures.root(), "--no-growth"}, env);
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     EXPECT_EQ(filesBelow(home.root()), before) << "rendering wrote into the home folder";
+    // No storage walk was stored, so the Storage picture's map is measured for it, and the
+    // walk it made is not kept.
+    const std::string log = FS::readText(pictures.path("render.log"), 1 << 20).value_or("");
+    EXPECT_NE(log.find("storage measured in"), std::string::npos) << log;
 
     const auto written = filesBelow(pictures.root());
     for (const char* name : {"Home.png", "Storage.png", "Clean.png", "Projects.png", "Speed.png", "Week.png", "confirm.png",

@@ -79,6 +79,25 @@ TEST(StorageReportMoving, ItemInNoCategoryStillRaisesTheTrashAndBytesStopAtZero)
     EXPECT_EQ(over.category(StorageKind::documents)->items.size(), 1u); // the "work" row stays
 }
 
+// A home folder below the temporary folder: the system share's "/tmp" row holds the file
+// too, but the file is the home's, and its own row goes.
+TEST(StorageReportMoving, TheRowClosestToThePathWinsOverAnOuterFolderOfAnEarlierCategory) {
+    StorageReport r = sample();
+    r.categories.insert(r.categories.begin(), StorageCategory{StorageKind::temporary, 5000, {row("tmp", "/h", 5000)}, 0, {}});
+    StorageReport moved = r.moving("/h/Documents/a.pdf", 100);
+    EXPECT_EQ(moved.category(StorageKind::temporary)->bytes, 5000);
+    EXPECT_EQ(moved.category(StorageKind::temporary)->items[0].bytes, 5000);
+    EXPECT_EQ(moved.category(StorageKind::documents)->bytes, 500);
+    ASSERT_EQ(moved.category(StorageKind::documents)->items.size(), 1u);
+    EXPECT_EQ(moved.category(StorageKind::documents)->items[0].path, "/h/Documents/work");
+    // A file deep inside "work", held by rows of two categories at the same depth: the
+    // earlier category, as before.
+    StorageReport deep = r.moving("/h/Documents/work/deep/x.mov", 30);
+    EXPECT_EQ(deep.category(StorageKind::documents)->bytes, 570);
+    EXPECT_EQ(deep.category(StorageKind::projects)->bytes, 300);
+    EXPECT_EQ(deep.category(StorageKind::temporary)->bytes, 5000);
+}
+
 TEST(StorageReportMoving, TheTrashCategoryItselfIsNeverTheOneLowered) {
     StorageReport r = sample().moving("/h/.Trash", 50);
     EXPECT_EQ(r.category(StorageKind::trash)->bytes, 100);

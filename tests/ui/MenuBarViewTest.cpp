@@ -72,13 +72,14 @@ TEST(MenuBarView, QuitReachesTheDesktop) {
     EXPECT_EQ(quits, 1);
 }
 
-// The real panel makes the monitor sample every few seconds while it is open; the preview in
-// the settings sheet must not, or the settings would keep the machine busy.
-TEST(MenuBarView, OnlyTheRealPanelGoesLive) {
+// The real panel makes the monitor sample every few seconds while it is on screen, and only
+// then; the preview in the settings sheet must not, or the settings would keep the machine busy.
+TEST(MenuBarView, OnlyTheRealPanelGoesLiveAndOnlyWhileItIsShown) {
     ScreenHarness screen;
     QSignalSpy live(&screen.model(), &AppModel::monitorIntervalChanged);
     ASSERT_TRUE(screen.show("panel/MenuBarView.qml", QSize(340, 700), {{"preview", true}}));
     EXPECT_EQ(live.count(), 0);
+    EXPECT_EQ(screen.model().monitorInterval(), 60);
     // A click on the preview reaches none of its buttons.
     int quits = 0;
     screen.desktop()->onQuit = [&] { ++quits; };
@@ -88,6 +89,14 @@ TEST(MenuBarView, OnlyTheRealPanelGoesLive) {
 
     ASSERT_TRUE(screen.show("panel/MenuBarView.qml", QSize(340, 700)));
     EXPECT_GE(live.count(), 1) << "the panel asked for live sampling";
+    EXPECT_EQ(screen.model().monitorInterval(), 3);
+    // Hidden and shown again, the sampling follows the window each time.
+    screen.window()->hide();
+    EXPECT_EQ(screen.model().monitorInterval(), 60);
+    screen.window()->show();
+    EXPECT_EQ(screen.model().monitorInterval(), 3);
+    screen.window()->hide();
+    EXPECT_EQ(screen.model().monitorInterval(), 60);
 }
 
 // Before the first scan the quick clean shows a placeholder, the storage row its button, and

@@ -531,6 +531,11 @@ TEST(Screens, TheToolbarMenuOpensSettingsAndOffersQuitOnlyWithoutATray) {
         EXPECT_TRUE(popup->property("visible").toBool());
         QQuickItem* settings = popup->property("contentItem").value<QQuickItem*>();
         ASSERT_TRUE(settings);
+        // The menu is as wide as its entries, on its own ground, and inside the window.
+        EXPECT_GE(popup->property("width").toDouble(), 180);
+        const QRectF box = settings->mapRectToScene(QRectF(0, 0, settings->width(), settings->height()));
+        EXPECT_TRUE(QRectF(QPointF(0, 0), ScreenPictures::windowSize).contains(box))
+            << box.x() << "," << box.y() << " " << box.width() << "x" << box.height();
         QQuickItem* quit = find(settings, "menuQuit");
         ASSERT_TRUE(quit);
         EXPECT_EQ(quit->isVisible(), !tray);

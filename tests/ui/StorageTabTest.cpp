@@ -150,6 +150,12 @@ TEST(StorageTab, LockedFoldersAreNamedAndLibrariesAndAppsCannotBeTrashed) {
     ASSERT_TRUE(iso);
     EXPECT_TRUE(screen.find("trash", iso)->isVisible());
     EXPECT_FALSE(screen.find("trash", screen.find("apps"))) << "apps have no Trash button";
+
+    // The system's share stands under the categories with its size in their column.
+    QQuickItem* system = screen.find("systemRow");
+    ASSERT_TRUE(system && system->isVisible());
+    auto rightEdge = [](QQuickItem* t) { return t->mapToScene(QPointF(t->width(), 0)).x(); };
+    EXPECT_NEAR(rightEdge(screen.find("size", system)), rightEdge(screen.find("size", music)), 1.0);
     screen.picture("storage-generated.png");
 }
 
@@ -174,4 +180,57 @@ TEST(StorageTab, BigFilesFilterByKindAndOpenUpToTheirLimit) {
     EXPECT_FALSE(more->isVisible());
     ASSERT_TRUE(screen.click(screen.find("chip-all", panel)));
     ASSERT_TRUE(ScreenHarness::waitUntil([&] { return shownFiles() == 8; })) << "a new filter starts folded again";
+}
+
+// A report with tens of thousands of big-file candidates (a stored walk of a huge disk, or a
+// hand-edited file) still builds only the rows a person can see: eight, then forty, whatever
+// the list holds; a kind chip counts its own files; and trashing one of them drops one row.
+TEST(StorageTab, TensOfThousandsOfBigFilesStillShowEightThenForty) {
+    ScreenHarness screen;
+    StorageReport report = walked(screen.home);
+    const int extra = 30'000;
+    for (int i = 0; i < extra; ++i)
+        report.biggest.push_back(big(screen.home, "Documents/archive/part" + std::to_string(i) + (i % 3 ? ".zip" : ".mov"),
+                                     500 * MB - i, i % 3 ? FileKind::archive : FileKind::video, StorageKind::documents));
+    const std::size_t all = report.biggest.size();
+    screen.storeReport(report);
+    AppModel& model = screen.model();
+    ASSERT_EQ(model.storageBiggestModel()->rowCount(), static_cast<int>(all));
+    ASSERT_TRUE(screen.show("storage/StorageTab.qml", QSize(1180, 1800)));
+    QQuickItem* panel = screen.find("bigFiles");
+    ASSERT_TRUE(panel);
+    // Rows made at all, visible or not: a Repeater makes one per row of its model.
+    auto made = [&] {
+        int n = 0;
+        std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
+            if (item->objectName().startsWith("file-")) ++n;
+            for (QQuickItem* child : item->childItems()) walk(child);
+        };
+        walk(panel);
+        return n;
+    };
+    EXPECT_EQ(made(), 8);
+    QQuickItem* more = screen.find("showMore", panel);
+    EXPECT_EQ(text(more), "Show 32 more") << "up to forty, never the whole list";
+    ASSERT_TRUE(screen.click(more));
+    ASSERT_TRUE(ScreenHarness::waitUntil([&] { return made() == 40; }));
+
+    ASSERT_TRUE(screen.click(screen.find("chip-video", panel)));
+    ASSERT_TRUE(ScreenHarness::waitUntil([&] { return made() == 8; })) << "a new filter starts folded";
+    EXPECT_EQ(text(screen.find("showMore", panel)), "Show 32 more");
+    for (QQuickItem* row : screen.visible("file-", panel))
+        EXPECT_TRUE(row->objectName().endsWith(".mov") || row->objectName().endsWith(".mp4")) << row->objectName().toStdString();
+
+    // One of the thirty thousand leaves the list when it goes to the Trash.
+    ASSERT_TRUE(screen.click(screen.find("chip-all", panel)));
+    ASSERT_TRUE(ScreenHarness::waitUntil([&] { return made() == 8; }));
+    const std::string iso = screen.home.path("Downloads/ubuntu.iso");
+    QQuickItem* isoRow = screen.find("file-ubuntu.iso", panel);
+    ASSERT_TRUE(isoRow);
+    QQuickItem* trash = screen.find("trash", isoRow);
+    ASSERT_TRUE(screen.click(trash));
+    ASSERT_TRUE(screen.click(trash));
+    ASSERT_TRUE(ScreenHarness::waitUntil([&] { return model.storageBiggestModel()->rowCount() == static_cast<int>(all) - 1; }));
+    EXPECT_EQ(model.storageBiggestModel()->indexOf(QString::fromStdString(iso)), -1);
+    EXPECT_EQ(made(), 8) << "the next file moves up into the eight";
 }

@@ -48,13 +48,15 @@ T.Button {
         color: root.armed ? Qt.rgba(0.96, 0.73, 0.27, 0.12)
              : root.tone === "warn" ? Qt.rgba(1, 0.54, 0.36, root.hovered ? 0.14 : 0.09)
              : root.hovered && root.enabled ? Qt.lighter(Palette.chip, 1.12) : Palette.chip
-        border.width: 1
-        border.color: root.armed ? Qt.rgba(0.96, 0.73, 0.27, 0.55)
+        // Animated through a property of its own, as in Panel: not on the grouped border.
+        property color stroke: root.armed ? Qt.rgba(0.96, 0.73, 0.27, 0.55)
                     : root.visualFocus ? Palette.textSoft
                     : root.tone === "warn" ? Qt.rgba(1, 0.54, 0.36, 0.32)
                     : root.hovered && root.enabled ? Palette.panelStrokeHover : Palette.chipStroke
+        border.width: 1
+        border.color: stroke
         Behavior on color { ColorAnimation { duration: Motion.hover.duration } }
-        Behavior on border.color { ColorAnimation { duration: Motion.hover.duration } }
+        Behavior on stroke { ColorAnimation { duration: Motion.hover.duration } }
 
         ArmCountdown {
             objectName: "countdown"

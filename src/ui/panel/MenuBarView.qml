@@ -33,8 +33,18 @@ Rectangle {
     Component { id: storage; StorageRow {} }
     Component { id: openApp; OpenAppRow {} }
 
-    Component.onCompleted: if (!preview && model) model.setLive("menu", true)
-    Component.onDestruction: if (!preview && model) model.setLive("menu", false)
+    // The panel on screen makes the monitor sample every few seconds; the view is the one that
+    // says so, as the main window does for itself. A preview or a picture is not the panel.
+    readonly property bool windowShown: Window.window !== null && Window.window.visible
+    property bool live: false
+    function goLive(on) {
+        if (preview || Motion.rendering || !model || on === live) return;
+        live = on;
+        model.setLive("menu", on);
+    }
+    onWindowShownChanged: goLive(windowShown)
+    Component.onCompleted: goLive(windowShown)
+    Component.onDestruction: goLive(false)
 
     ColumnLayout {
         id: column

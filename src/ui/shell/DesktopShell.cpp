@@ -30,13 +30,9 @@ DesktopShell::DesktopShell(AppModel& model, Prefs& prefs, QObject* parent) : QOb
         engine, WindowHost::Kind{QStringLiteral("MenuBarView"), QStringLiteral("Sorrelin panel"), QSize(), QSize(),
                                  Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint});
 
-    connect(main.get(), &WindowHost::appeared, this, [this] { this->model.setLive(QStringLiteral("window"), true); });
-    connect(main.get(), &WindowHost::disappeared, this, [this] {
-        this->model.setLive(QStringLiteral("window"), false);
-        Log::note("window closed, back to menu bar only");
-    });
-    connect(panel.get(), &WindowHost::appeared, this, [this] { this->model.setLive(QStringLiteral("menu"), true); });
-    connect(panel.get(), &WindowHost::disappeared, this, [this] { this->model.setLive(QStringLiteral("menu"), false); });
+    // The views themselves tell the model when they are on screen, so the monitor's pace has
+    // one owner per view.
+    connect(main.get(), &WindowHost::disappeared, this, [] { Log::note("window closed, back to menu bar only"); });
     connect(panel.get(), &WindowHost::deactivated, this, [this] {
         panelClosedByFocus.start();
         panel->hide();

@@ -75,6 +75,7 @@ Panel {
 
         FixedRow {
             objectName: "systemRow"
+            Layout.fillWidth: true
             visible: !!root.report && root.report.complete && !root.busy && root.systemBytes > 0
             symbol: "gearshape.2"
             title: "System data"
@@ -86,6 +87,7 @@ Panel {
         }
         FixedRow {
             objectName: "swapRow"
+            Layout.fillWidth: true
             visible: !!root.report && root.report.complete && !root.busy && root.swapBytes > 0
             symbol: "memorychip"
             colour: "orange"
@@ -97,6 +99,7 @@ Panel {
         }
         FixedRow {
             objectName: "stillMeasuring"
+            Layout.fillWidth: true
             visible: root.busy
             symbol: "hourglass"
             title: "Still measuring"

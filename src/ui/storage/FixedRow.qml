@@ -54,6 +54,7 @@ Item {
             spacing: 4
             Layout.preferredWidth: 120
             UiText {
+                objectName: "size"
                 Layout.alignment: Qt.AlignRight
                 text: Fmt.bytes(root.bytes)
                 font.pixelSize: Metrics.emphasis

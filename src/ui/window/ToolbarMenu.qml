@@ -30,8 +30,14 @@ IconButton {
     T.Popup {
         id: menu
         objectName: "toolbarMenuPopup"
+        // A template popup takes no size from its content by itself: without these it is
+        // zero wide, its ground is not drawn and its right edge (and entries) hang past the
+        // window's.
+        implicitWidth: Math.max(implicitBackgroundWidth + leftInset + rightInset, contentWidth + leftPadding + rightPadding)
+        implicitHeight: Math.max(implicitBackgroundHeight + topInset + bottomInset, contentHeight + topPadding + bottomPadding)
         x: root.width - width
         y: root.height + 6
+        margins: 6
         padding: 4
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 

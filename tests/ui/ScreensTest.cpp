@@ -458,6 +458,16 @@ bool waitUntil(const std::function<bool()>& done, double seconds) {
     return true;
 }
 
+// The main window's content in `view` at the window's first size, not shown yet.
+testing::AssertionResult loadMainView(QQuickView& view) {
+    UiEngine::prepare(*view.engine());
+    view.setResizeMode(QQuickView::SizeRootObjectToView);
+    view.setSource(UiEngine::url("MainView.qml"));
+    if (view.status() != QQuickView::Ready) return testing::AssertionFailure() << view.errors().value(0).toString().toStdString();
+    view.resize(ScreenPictures::windowSize);
+    return testing::AssertionSuccess();
+}
+
 } // namespace
 
 // The window appearing makes the monitor live and scans when the last scan is old; going away
@@ -470,11 +480,7 @@ TEST(Screens, TheWindowComingAndGoingTellsTheModelButPicturesDoNot) {
     qputenv("FENNELBOX_SNAPSHOT", QByteArray::fromStdString(shot));
     {
         QQuickView view;
-        UiEngine::prepare(*view.engine());
-        view.setResizeMode(QQuickView::SizeRootObjectToView);
-        view.setSource(UiEngine::url("MainView.qml"));
-        ASSERT_EQ(view.status(), QQuickView::Ready) << view.errors().value(0).toString().toStdString();
-        view.resize(ScreenPictures::windowSize);
+        ASSERT_TRUE(loadMainView(view));
         EXPECT_FALSE(h.model->isScanning());
         view.show();
         EXPECT_TRUE(h.model->isScanning()) << "never scanned, so the window scans";
@@ -563,11 +569,7 @@ TEST(Screens, AWindowAtRestDrawsNextToNothingOnEveryTab) {
                                            {.pid = 4200, .name = "indexer", .cpuNanos = 2'000'000'000, .footprint = 300'000'000}})};
     Home h([&](AppSetup& setup) { setup.probe = &probe; });
     QQuickView view;
-    UiEngine::prepare(*view.engine());
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-    view.setSource(UiEngine::url("MainView.qml"));
-    ASSERT_EQ(view.status(), QQuickView::Ready) << view.errors().value(0).toString().toStdString();
-    view.resize(ScreenPictures::windowSize);
+    ASSERT_TRUE(loadMainView(view));
     view.show();
     ASSERT_TRUE(waitUntil([&] { return !h.model->isScanning(); }, 60));
     int frames = 0;

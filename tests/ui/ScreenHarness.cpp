@@ -1,5 +1,7 @@
 #include "ScreenHarness.h"
 
+#include "ItemSearch.h"
+
 #include "foundation/Rendering.h"
 #include "storage/StorageStore.h"
 #include "ui/App.h"
@@ -83,23 +85,11 @@ Desktop* ScreenHarness::desktop() const {
 }
 
 QQuickItem* ScreenHarness::find(const QString& objectName, QQuickItem* from) const {
-    QQuickItem* start = from ? from : root.get();
-    if (!start) return nullptr;
-    if (start->objectName() == objectName) return start;
-    for (QQuickItem* child : start->childItems())
-        if (QQuickItem* found = find(objectName, child)) return found;
-    return nullptr;
+    return ItemSearch::named(from ? from : root.get(), objectName);
 }
 
 std::vector<QQuickItem*> ScreenHarness::visible(const QString& prefix, QQuickItem* from) const {
-    std::vector<QQuickItem*> out;
-    std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
-        if (!item || !item->isVisible()) return;
-        if (item->objectName().startsWith(prefix)) out.push_back(item);
-        for (QQuickItem* child : item->childItems()) walk(child);
-    };
-    walk(from ? from : root.get());
-    return out;
+    return ItemSearch::shown(from ? from : root.get(), prefix);
 }
 
 bool ScreenHarness::click(QQuickItem* item) {

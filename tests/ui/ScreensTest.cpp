@@ -2,6 +2,7 @@
 // every picture the option writes builds without a QML warning, a tick in the Clean tab reaches
 // the model and redraws its one row, the confirm layer opens and closes, and a clean reported
 // outside the sheet shows its banner.
+#include "ItemSearch.h"
 #include "MonitorFixtures.h"
 #include "QmlWarnings.h"
 #include "app/AppModel.h"
@@ -65,13 +66,7 @@ struct Home {
     }
 };
 
-QQuickItem* find(QQuickItem* root, const QString& name) {
-    if (!root) return nullptr;
-    if (root->objectName() == name) return root;
-    for (QQuickItem* child : root->childItems())
-        if (QQuickItem* hit = find(child, name)) return hit;
-    return nullptr;
-}
+QQuickItem* find(QQuickItem* root, const QString& name) { return ItemSearch::named(root, name); }
 
 struct View {
     QQmlEngine engine;

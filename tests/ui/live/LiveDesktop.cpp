@@ -1,5 +1,7 @@
 #include "LiveDesktop.h"
 
+#include "ItemSearch.h"
+
 #include "support/PrivateServers.h"
 
 #include <QDeadlineTimer>
@@ -93,22 +95,10 @@ QQuickWindow* window(const QString& title) {
     return nullptr;
 }
 
-QQuickItem* find(QQuickItem* from, const QString& objectName) {
-    if (!from) return nullptr;
-    if (from->objectName() == objectName) return from;
-    for (QQuickItem* child : from->childItems())
-        if (QQuickItem* hit = find(child, objectName)) return hit;
-    return nullptr;
-}
+QQuickItem* find(QQuickItem* from, const QString& objectName) { return ItemSearch::named(from, objectName); }
 
 std::vector<QQuickItem*> shown(QQuickItem* from, const QString& prefix) {
-    std::vector<QQuickItem*> out;
-    std::function<void(QQuickItem*)> walk = [&](QQuickItem* item) {
-        if (!item || !item->isVisible()) return;
-        if (item->objectName().startsWith(prefix)) out.push_back(item);
-        for (QQuickItem* child : item->childItems()) walk(child);
-    };
-    walk(from);
+    std::vector<QQuickItem*> out = ItemSearch::shown(from, prefix);
     std::stable_sort(out.begin(), out.end(), [](QQuickItem* a, QQuickItem* b) {
         return a->mapToScene(QPointF(0, 0)).y() < b->mapToScene(QPointF(0, 0)).y();
     });

@@ -579,6 +579,14 @@ private:
     }
 };
 
+// A thread whose facts go through a ring sleeps while the kernel's worker for that ring looks
+// the names up, one after the other: two such threads per core keep every core busy. A walk of
+// names alone asks almost nothing of the ring.
+std::size_t defaultThreads(Need need) {
+    const std::size_t width = parallelWidth();
+    return need != Need::names && StatBatch::available() ? 2 * width : width;
+}
+
 } // namespace
 
 std::string Walker::Entry::path() const {
@@ -593,7 +601,7 @@ std::string Walker::Entry::path() const {
 
 std::vector<std::unique_ptr<Walker::Visitor>> Walker::run(const std::vector<Root>& roots, const Options& options,
                                                           const std::function<std::unique_ptr<Visitor>()>& make) {
-    const std::size_t threads = std::max<std::size_t>(1, options.threads ? options.threads : parallelWidth());
+    const std::size_t threads = std::max<std::size_t>(1, options.threads ? options.threads : defaultThreads(options.need));
     std::vector<std::unique_ptr<Visitor>> visitors;
     visitors.reserve(threads);
     for (std::size_t i = 0; i < threads; ++i) visitors.push_back(make());

@@ -84,7 +84,7 @@ public:
         Need need = Need::stat;
         bool followRoot = false;            // a root that is a link to a folder is walked where it leads
         const ScanToken* cancel = nullptr;  // asked every 256 entries; a cancelled walk ends soon
-        std::size_t threads = 0;            // 0: every core, or one inside a parallel loop
+        std::size_t threads = 0;            // 0: as many as keep every core busy (fewer inside a parallel loop)
     };
 
     // Walks every root with one visitor per thread, made by `make`, and hands them back once all

@@ -54,6 +54,22 @@ TEST(PackageDatabase, InstalledSizesAndOwners) {
     EXPECT_EQ(owners.at("/usr/bin/vim.basic"), "vim");
     EXPECT_EQ(owners.at("/usr/lib/x86_64-linux-gnu/libfoo.so.1"), "libfoo:amd64");
     EXPECT_FALSE(owners.contains("/nowhere"));
+
+    // Many lists, read in parts side by side: each path still finds its own list, whichever part
+    // reads it, and neither a longer line that starts alike nor a last line without its end is missed.
+    TempTree many;
+    for (int i = 0; i < 40; ++i)
+        many.text("pkg" + std::to_string(i) + ".list", "/.\n/usr/share/doc/pkg" + std::to_string(i) + "\n");
+    many.text("early.list", "/usr/bin/tool.orig\n/usr/bin/tool-extra\n");
+    many.text("tool.list", "/usr/share/doc/tool\n/usr/bin/tool");
+    many.text("late.list", "/usr/share/applications/late.desktop\n");
+    auto found = PackageDatabase::owners(many.root(), {"/usr/bin/tool", "/usr/share/applications/late.desktop",
+                                                       "/usr/share/doc/pkg39", "/usr/share/doc/pkg0"});
+    ASSERT_EQ(found.size(), 4u);
+    EXPECT_EQ(found.at("/usr/bin/tool"), "tool");
+    EXPECT_EQ(found.at("/usr/share/applications/late.desktop"), "late");
+    EXPECT_EQ(found.at("/usr/share/doc/pkg39"), "pkg39");
+    EXPECT_EQ(found.at("/usr/share/doc/pkg0"), "pkg0");
 }
 
 TEST(AppInstalls, SnapsByTheirCurrentRevisionAndPackagesAcrossTheUsrMerge) {

@@ -7,6 +7,7 @@
 # $BENCH_MILLION (default /var/lib/sorrelin-bench/million/Downloads). Warm figures are the median
 # of $RUNS runs (default 5) after one unmeasured run; cold ones drop the page cache before each
 # of $COLD_RUNS runs (default 3), where the machine allows it. Peak memory is the maximum resident size of one warm run.
+# Beside them, build/bench/sorrelin_walk_limit: a bare walk of the same home on every core.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 exe=$(realpath "${1:-build/sorrelin}")
@@ -64,6 +65,9 @@ row() { # row LABEL CMD...
 }
 row "sorrelin --storage" $(at "$home") "$exe" --storage
 row "du -s" du -s "$home"
+# The least a walk costs here (plain calls on every core, nothing else), built beside the program.
+bare=$(dirname "$exe")/bench/sorrelin_walk_limit
+if [ -x "$bare" ]; then row "bare walk, every core" "$bare" "$home"; else echo "| bare walk: $bare not built |"; fi
 if command -v gdu >/dev/null; then row "gdu -n -p" gdu -n -p "$home"; else echo "| gdu -n -p: not installed |"; fi
 row "sorrelin --growth" $(at "$home") "$exe" --growth
 row "find -newermt -14 days -type f" find "$home" -newermt '-14 days' -type f
@@ -74,6 +78,10 @@ echo "warm: --storage throughput $(ratio "$du__s_w" "$sorrelin___storage_w")× d
      "$(echo "scale=2; $entries / $sorrelin___storage_w / 1000000" | bc) M entries/s;" \
      "--growth $(ratio "$sorrelin___growth_w" "$find__newermt_____days__type_f_w")× the time of find;" \
      "--scan $(ratio "$sorrelin___scan_w" "$du__s_w")× the time of du -s"
+if [ -x "$bare" ]; then
+  echo "warm: the bare walk $(echo "scale=2; $entries / $bare_walk__every_core_w / 1000000" | bc) M entries/s;" \
+       "--storage takes $(ratio "$sorrelin___storage_w" "$bare_walk__every_core_w")× its time"
+fi
 if [ "$cold" = 1 ]; then
   echo "cold: --storage throughput $(ratio "$du__s_c" "$sorrelin___storage_c")× du -s;" \
        "--growth $(ratio "$sorrelin___growth_c" "$find__newermt_____days__type_f_c")× find;" \

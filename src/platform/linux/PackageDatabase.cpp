@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <atomic>
 #include <charconv>
-#include <mutex>
 #include <cstring>
+#include <mutex>
 #include <unordered_set>
 #include <vector>
 

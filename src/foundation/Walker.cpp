@@ -538,26 +538,34 @@ private:
 
     // Hands one subfolder to a thread that waits for work, taken from the lowest folder that
     // still has some: the biggest part of the tree that is left.
+    // As many as there are threads waiting and no folder queued for them yet: a thread left
+    // waiting until the next folder here is listed would idle that long.
     void share() {
-        if (shared.waiting.load(std::memory_order_relaxed) == 0 ||
-            shared.queued.load(std::memory_order_relaxed) >= shared.queueLimit)
-            return;
+        for (;;) {
+            const std::size_t waiting = shared.waiting.load(std::memory_order_relaxed);
+            const std::size_t queued = shared.queued.load(std::memory_order_relaxed);
+            if (waiting <= queued || queued >= shared.queueLimit || !shareOne()) return;
+        }
+    }
+
+    // Hands one subfolder on; false where none could be.
+    bool shareOne() {
         for (std::size_t k = emptyBelow; k < frames.size(); ++k) {
             Frame& f = frames[k];
-            if (f.together) return;
+            if (f.together) return false;
             if (f.next >= f.pending.size() && f.listed && k == emptyBelow) ++emptyBelow;
             if (f.fd < 0 || f.next >= f.pending.size()) continue;
             if (k + 1 == frames.size() && f.listed && f.next + std::strlen(f.pending.c_str() + f.next) + 1 >= f.pending.size())
-                return; // the top's last subfolder: walking it here is as quick
+                return false; // the top's last subfolder: walking it here is as quick
             const std::string name = takePending(f);
             const std::string_view folder = std::string_view(path).substr(0, f.pathEnd);
             Walker::Entry e = childOf(f, folder, name);
-            if (!visitor.admit(e)) return;
+            if (!visitor.admit(e)) return false;
             int fd = openChild(f.fd, name.c_str());
             if (fd < 0) {
                 Stat st;
                 failed(e, f.fd, errno, st);
-                return;
+                return false;
             }
             Job job;
             job.fd = fd;
@@ -574,8 +582,9 @@ private:
             shared.queue.push_back(std::move(job));
             ++shared.queued;
             shared.wake.notify_one();
-            return;
+            return true;
         }
+        return false;
     }
 };
 

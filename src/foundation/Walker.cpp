@@ -536,9 +536,7 @@ private:
         visitor.folder(e, -1);
     }
 
-    // Hands one subfolder to a thread that waits for work, taken from the lowest folder that
-    // still has some: the biggest part of the tree that is left.
-    // As many as there are threads waiting and no folder queued for them yet: a thread left
+    // Hands subfolders to the threads that wait for work, one each, all at once: a thread left
     // waiting until the next folder here is listed would idle that long.
     void share() {
         for (;;) {
@@ -548,7 +546,8 @@ private:
         }
     }
 
-    // Hands one subfolder on; false where none could be.
+    // Hands on one subfolder, taken from the lowest folder that still has some: the biggest part
+    // of the tree that is left. False where none could be.
     bool shareOne() {
         for (std::size_t k = emptyBelow; k < frames.size(); ++k) {
             Frame& f = frames[k];
